@@ -1,0 +1,67 @@
+# The platform layer on Linux, and what runs on it: natively built tests under sanitizers
+# (TAVKIT_NATIVE), or tests and examples that run on the shipped DLL.
+option(TAVKIT_NATIVE "link the library's own sources, under sanitizers, instead of the DLL" OFF)
+
+set(CMAKE_C_FLAGS_RELEASE "-O1 -g")
+set(CMAKE_CXX_FLAGS_RELEASE "-O1 -g")
+set(CMAKE_POSITION_INDEPENDENT_CODE OFF)
+add_compile_options(-fno-omit-frame-pointer)
+add_link_options(-no-pie -fuse-ld=lld-19)
+if(TAVKIT_NATIVE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+generate_from(exports.inc UT_EXPORT entries FROM ${public_headers})
+generate_from(imports.inc UT_IMPORT entries FROM ${platform_header})
+add_custom_target(tables DEPENDS ${generated}/exports.inc ${generated}/imports.inc)
+
+add_library(tavkit_headers INTERFACE)
+target_include_directories(tavkit_headers INTERFACE include platform ${generated})
+target_compile_definitions(tavkit_headers INTERFACE TAVKIT_NO_WINDOWS_H)
+add_dependencies(tavkit_headers tables)
+
+# Code of the DLL keeps the stack 4-byte aligned only, so what it calls aligns the stack for itself.
+file(GLOB host_sources CONFIGURE_DEPENDS platform/host/*.cpp)
+list(FILTER host_sources EXCLUDE REGEX "/client.cpp$")
+add_library(host_platform STATIC ${host_sources})
+target_link_libraries(host_platform PUBLIC tavkit_headers)
+target_include_directories(host_platform PUBLIC platform/host)
+target_compile_options(host_platform PRIVATE ${warnings} -mstackrealign)
+
+if(TAVKIT_NATIVE)
+  add_library(tavkit STATIC ${library_sources})
+  target_include_directories(tavkit PRIVATE src)
+  target_compile_options(tavkit PRIVATE ${warnings} ${freestanding} -msse2)
+else()
+  add_library(tavkit STATIC platform/host/client.cpp)
+  target_compile_options(tavkit PRIVATE ${warnings})
+endif()
+target_link_libraries(tavkit PUBLIC host_platform)
+
+# Debian ships GoogleTest as source; there is no 32-bit package of it.
+set(INSTALL_GTEST OFF)
+add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL SYSTEM)
+
+file(GLOB library_tests CONFIGURE_DEPENDS tests/library/*.cpp)
+add_executable(library_tests ${library_tests} tests/support/main.cpp)
+target_link_libraries(library_tests PRIVATE tavkit gtest gmock)
+target_include_directories(library_tests PRIVATE tests)
+target_compile_options(library_tests PRIVATE ${warnings} -Wno-conversion)
+
+if(TAVKIT_NATIVE)
+  target_compile_definitions(library_tests PRIVATE TAVKIT_NATIVE)
+  file(GLOB host_tests CONFIGURE_DEPENDS tests/host/*.cpp)
+  add_executable(host_tests ${host_tests})
+  target_link_libraries(host_tests PRIVATE host_platform gtest gmock gtest_main)
+  target_include_directories(host_tests PRIVATE tests)
+  target_compile_options(host_tests PRIVATE ${warnings} -Wno-conversion)
+else()
+  file(GLOB examples CONFIGURE_DEPENDS examples/*.cpp)
+  foreach(source ${examples})
+    cmake_path(GET source STEM example)
+    add_executable(${example} ${source})
+    target_link_libraries(${example} PRIVATE tavkit)
+    target_compile_options(${example} PRIVATE ${warnings})
+  endforeach()
+endif()

@@ -1,0 +1,54 @@
+# TAVKIT.DLL, tavkit.lib and TAVKIT.pdb.
+enable_language(RC)
+
+generate_from(tavkit.def UT_EXPORT def FROM ${public_headers})
+
+foreach(module KERNEL32 USER32 ADVAPI32)
+  generate_from(${module}.def UT_IMPORT imports ${module} FROM ${platform_header})
+  add_custom_command(
+    OUTPUT ${generated}/${module}.lib
+    COMMAND llvm-dlltool-19 -k -m i386 -d ${module}.def -l ${module}.lib
+    DEPENDS ${generated}/${module}.def
+    WORKING_DIRECTORY ${generated}
+    VERBATIM)
+  list(APPEND import_libraries ${generated}/${module}.lib)
+endforeach()
+add_custom_target(link_inputs DEPENDS ${generated}/tavkit.def ${import_libraries})
+
+# Neither a C runtime nor an optimisation level but the one below.
+set(CMAKE_MSVC_RUNTIME_LIBRARY "")
+set(CMAKE_CXX_FLAGS_RELEASE "-O2")
+
+add_library(tavkit SHARED ${library_sources} src/frame/version.rc)
+add_dependencies(tavkit link_inputs)
+set_target_properties(tavkit PROPERTIES PREFIX "" OUTPUT_NAME TAVKIT SUFFIX .DLL
+                                        ARCHIVE_OUTPUT_NAME tavkit DEFINE_SYMBOL "" VERSION 1.2
+                                        LINK_DEPENDS "${generated}/tavkit.def;${import_libraries}")
+target_include_directories(tavkit PRIVATE include platform src)
+target_compile_definitions(tavkit PRIVATE TAVKIT_BUILDING TAVKIT_NO_WINDOWS_H)
+
+# Paths below the project's folder are written relative to it, so that any folder gives the same bytes.
+target_compile_options(
+  tavkit
+  PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${warnings};${freestanding};-ffreestanding;-msse2;-gcodeview;
+          -mno-incremental-linker-compatible;-ffile-compilation-dir=.;
+          -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
+set_source_files_properties(src/frame/memory.cpp PROPERTIES COMPILE_OPTIONS -fno-builtin)
+
+# A manifest comes from CMake's own rule for DLLs; the version block is the only resource.
+target_link_libraries(tavkit PRIVATE ${import_libraries} -Wl,/manifest:no)
+target_link_options(
+  tavkit
+  PRIVATE
+  -fuse-ld=lld-link-19
+  -nostdlib
+  "SHELL:-Xlinker /nodefaultlib"
+  "SHELL:-Xlinker /entry:DllMain"
+  "SHELL:-Xlinker /def:${generated}/tavkit.def"
+  "SHELL:-Xlinker /subsystem:windows,5.01"
+  "SHELL:-Xlinker /opt:ref,noicf"
+  "SHELL:-Xlinker /debug"
+  "SHELL:-Xlinker /pdbaltpath:%_PDB%"
+  "SHELL:-Xlinker /pdbsourcepath:."
+  "SHELL:-Xlinker /Brepro"
+  "SHELL:-Xlinker /release")

@@ -1,0 +1,24 @@
+/*
+ * TAVKIT: utility functions for 32-bit Windows programs.
+ *
+ * Conventions that hold for every export:
+ *
+ *   Calling    stdcall, undecorated names, fixed ordinals. A 16-bit argument counts with its low 16
+ *              bits, whatever the caller's stack word holds above them.
+ *   Text       A byte form works on strings in the active code page, its twin with the suffix W on
+ *              strings of 16-bit units, one unit being one character. Wide strings may stand at odd
+ *              addresses.
+ *   Sizes      `cb` counts bytes in both forms, `cch` counts characters, `c` counts things.
+ *   Failures   The result alone reports a failure; no last-error value is set.
+ *   Buffers    belong to the caller; nothing refers to them after a call.
+ *   Threads    No lock and no shared data: calls on different data may run at the same time.
+ */
+#ifndef TAVKIT_H
+#define TAVKIT_H
+
+#include "tavkit/types.h"
+
+#include "tavkit/frame.h"
+#include "tavkit/strings.h"
+
+#endif /* TAVKIT_H */

@@ -1,0 +1,71 @@
+// Code pages and the two operations that step by characters.
+#include "codepage.h"
+
+#include "host.h"
+
+namespace host {
+namespace {
+
+struct Range {
+  unsigned char first;
+  unsigned char last;
+};
+
+struct CodePageRow {
+  unsigned number;
+  Range lead[2];  // an empty range where first is above last
+};
+
+constexpr CodePageRow kCodePages[] = {
+    {1252, {{1, 0}, {1, 0}}},
+    {932, {{0x81, 0x9F}, {0xE0, 0xFC}}},
+    {936, {{0x81, 0xFE}, {1, 0}}},
+    {949, {{0x81, 0xFE}, {1, 0}}},
+    {950, {{0x81, 0xFE}, {1, 0}}},
+};
+
+const CodePageRow* active = kCodePages;
+
+[[maybe_unused]] const bool resets = OnReset([] { active = kCodePages; });
+
+// A lead byte takes the byte behind it along, unless the string ends there.
+LPCSTR Step(LPCSTR psz) {
+  if (*psz == 0) return psz;
+  const bool isPair = IsLeadByte(static_cast<unsigned char>(*psz)) && psz[1] != 0;
+  return psz + (isPair ? 2 : 1);
+}
+
+}  // namespace
+
+bool SetCodePage(unsigned codePage) {
+  for (const auto& row : kCodePages) {
+    if (row.number == codePage) {
+      active = &row;
+      return true;
+    }
+  }
+  return false;
+}
+
+unsigned CodePage() { return active->number; }
+
+bool IsLeadByte(unsigned char byte) {
+  for (const auto& range : active->lead) {
+    if (byte >= range.first && byte <= range.last) return true;
+  }
+  return false;
+}
+
+}  // namespace host
+
+LPSTR UT_API CharNextA(LPCSTR psz) {
+  host::Enter("CharNextA", psz);
+  return const_cast<LPSTR>(host::Step(psz));
+}
+
+LPSTR UT_API CharPrevA(LPCSTR pszStart, LPCSTR pszCurrent) {
+  host::Enter("CharPrevA", pszStart, pszCurrent);
+  LPCSTR pszBefore = pszStart;
+  for (LPCSTR psz = pszStart; psz < pszCurrent && *psz != 0; psz = host::Step(psz)) pszBefore = psz;
+  return const_cast<LPSTR>(pszBefore);
+}

@@ -1,0 +1,167 @@
+// Character and string primitives, each as one template over the text policy. Results point into the
+// caller's string, so they carry no const, as with the C library's strchr.
+#ifndef TAVKIT_STRINGS_STRINGS_H
+#define TAVKIT_STRINGS_STRINGS_H
+
+#include <tavkit/strings.h>
+
+#include "frame/buffer_size.h"
+#include "frame/memory.h"
+#include "strings/text.h"
+
+namespace tavkit {
+
+template <class Text>
+bool IsNullOrEmpty(const Char<Text>* psz) {
+  return psz == nullptr || Text::Load(psz) == 0;
+}
+
+template <class Text>
+Char<Text>* CharNext(const Char<Text>* psz) {
+  return psz == nullptr ? nullptr : Text::Next(psz);
+}
+
+template <class Text>
+Char<Text>* CharPrev(const Char<Text>* pszStart, const Char<Text>* pszCurrent) {
+  if (pszStart == nullptr || pszCurrent == nullptr) return nullptr;
+  return Text::Previous(pszStart, pszCurrent);
+}
+
+template <class Text>
+Char<Text>* CharLast(const Char<Text>* psz) {
+  auto* pszLast = const_cast<Char<Text>*>(psz);
+  if (IsNullOrEmpty<Text>(psz)) return pszLast;
+  for (auto* pszNext = Text::Next(pszLast); Text::Load(pszNext) != 0;
+       pszNext = Text::Next(pszLast)) {
+    pszLast = pszNext;
+  }
+  return pszLast;
+}
+
+template <class Text>
+Char<Text>* FindChar(const Char<Text>* psz, WORD wChar) {
+  const WORD wSought = Text::Sought(wChar);
+  for (;; ++psz) {
+    const WORD wUnit = Text::Load(psz);
+    if (wUnit == wSought) return const_cast<Char<Text>*>(psz);
+    if (wUnit == 0) return nullptr;
+  }
+}
+
+template <class Text>
+Char<Text>* FindRevChar(const Char<Text>* psz, WORD wChar) {
+  const WORD wSought = Text::Sought(wChar);
+  const Char<Text>* pszFound = nullptr;
+  for (;; ++psz) {
+    const WORD wUnit = Text::Load(psz);
+    if (wUnit == wSought) pszFound = psz;
+    if (wUnit == 0) return const_cast<Char<Text>*>(pszFound);
+  }
+}
+
+template <class Text>
+Char<Text>* TruncateAtChar(Char<Text>* psz, WORD wChar) {
+  if (psz == nullptr) return nullptr;
+  auto* pszFound = FindChar<Text>(psz, wChar);
+  if (pszFound != nullptr) Text::Store(pszFound, 0);
+  return pszFound;
+}
+
+template <class Text>
+Char<Text>* SkipLeadChar(const Char<Text>* psz, WORD wChar) {
+  auto* pszRest = const_cast<Char<Text>*>(psz);
+  if (psz == nullptr) return nullptr;
+  while (Text::IsChar(pszRest, wChar)) pszRest = Text::Next(pszRest);
+  return pszRest;
+}
+
+template <class Text>
+DWORD CountLeadChar(const Char<Text>* psz, WORD wChar) {
+  DWORD count = 0;
+  if (psz == nullptr) return 0;
+  for (; Text::IsChar(psz, wChar); psz = Text::Next(psz)) ++count;
+  return count;
+}
+
+template <class Text>
+bool TrimLead(Char<Text>* psz, WORD wChar) {
+  const auto* pszRest = SkipLeadChar<Text>(psz, wChar);
+  if (pszRest == psz) return false;
+  Text::Copy(psz, pszRest);
+  return true;
+}
+
+// The start of the run of wChar that ends the string, NULL if there is none. A trail byte must not be
+// taken for a character, so the byte form can only walk forward.
+inline CHAR* FindTrailRun(CHAR* psz, WORD wChar, ByteText) {
+  CHAR* pszRun = nullptr;
+  for (; ByteText::Load(psz) != 0; psz = ByteText::Next(psz)) {
+    if (!ByteText::IsChar(psz, wChar)) {
+      pszRun = nullptr;
+    } else if (pszRun == nullptr) {
+      pszRun = psz;
+    }
+  }
+  return pszRun;
+}
+
+inline WCHAR* FindTrailRun(WCHAR* psz, WORD wChar, WideText) {
+  WCHAR* pszRun = nullptr;
+  for (WCHAR* pszEnd = FindChar<WideText>(psz, 0); pszEnd != psz; pszRun = pszEnd) {
+    --pszEnd;
+    if (!WideText::IsChar(pszEnd, wChar)) break;
+  }
+  return pszRun;
+}
+
+template <class Text>
+bool TrimTrail(Char<Text>* psz, WORD wChar) {
+  auto* pszRun = FindTrailRun(psz, wChar, Text{});
+  if (pszRun == nullptr) return false;
+  Text::Store(pszRun, 0);
+  return true;
+}
+
+template <class Text>
+bool TrimChar(Char<Text>* psz, WORD wChar, WORD wFlags) {
+  bool trimmed = false;
+  if (psz == nullptr) return false;
+  if (wFlags & UT_TRIM_LEADING) trimmed |= TrimLead<Text>(psz, wChar);
+  if (wFlags & UT_TRIM_TRAILING) trimmed |= TrimTrail<Text>(psz, wChar);
+  return trimmed;
+}
+
+// In bytes, for both forms.
+template <class Text>
+DWORD StringSize(const Char<Text>* psz, bool withTerminator) {
+  if (psz == nullptr) return 0;
+  return Text::Length(psz) + (withTerminator ? Text::kUnit : 0);
+}
+
+template <class Text>
+bool CopyMakeAsciiz(const void* pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest) {
+  if (!IsBuffer(pszDest, cbDest, Text::kUnit)) return false;
+  const DWORD wholeUnits = ~(Text::kUnit - 1);
+  DWORD count = pSource == nullptr ? 0 : cbSource & wholeUnits;
+  if (cbDest != UT_SIZE_UNCHECKED) {
+    const DWORD room = (cbDest & wholeUnits) - Text::kUnit;
+    if (count > room) count = room;
+  }
+  MoveBytes(pszDest, pSource, count);
+  Text::Store(pszDest + count / Text::kUnit, 0);
+  return true;
+}
+
+template <class Text>
+bool CopyString(const Char<Text>* pszSource, Char<Text>* pszDest, DWORD cbDest) {
+  return CopyMakeAsciiz<Text>(pszSource, StringSize<Text>(pszSource, true), pszDest, cbDest);
+}
+
+template <class Text>
+bool CopyNonNullString(const Char<Text>* pszSource, Char<Text>* pszDest, DWORD cbDest) {
+  return pszSource != nullptr && CopyString<Text>(pszSource, pszDest, cbDest);
+}
+
+}  // namespace tavkit
+
+#endif  // TAVKIT_STRINGS_STRINGS_H

@@ -1,0 +1,252 @@
+// The module loader, on the shipped DLL and on broken copies of it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <module.h>
+#include <pe_format.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+
+#include "support/random.h"
+
+namespace {
+
+using host::Module;
+using host::ModuleError;
+using testing::HasSubstr;
+using Bytes = std::vector<unsigned char>;
+
+Bytes ShippedDll() {
+  const char* path = std::getenv("TAVKIT_DLL");
+  return host::ReadFile(path == nullptr ? "dist/bin/TAVKIT.DLL" : path);
+}
+
+template <class T>
+T Get(const Bytes& bytes, std::size_t offset) {
+  T value;
+  std::memcpy(&value, &bytes.at(offset), sizeof value);
+  return value;
+}
+
+template <class T>
+void Put(Bytes& bytes, std::size_t offset, T value) {
+  ASSERT_LE(offset + sizeof value, bytes.size());
+  std::memcpy(&bytes[offset], &value, sizeof value);
+}
+
+// Places in the file, by what stands there.
+struct Places {
+  explicit Places(const Bytes& dll)
+      : file(Get<std::uint32_t>(dll, host::pe::kDosHeaderOffset) + 4),
+        optional(file + sizeof(host::pe::FileHeader)),
+        sections(optional + sizeof(host::pe::OptionalHeader)) {}
+
+  std::size_t Directory(unsigned index) const {
+    return optional + offsetof(host::pe::OptionalHeader, directories) + 8 * index;
+  }
+  std::size_t Section(unsigned index) const {
+    return sections + sizeof(host::pe::SectionHeader) * index;
+  }
+  std::size_t Checksum() const { return optional + offsetof(host::pe::OptionalHeader, checksum); }
+
+  std::size_t file, optional, sections;
+};
+
+// Where an RVA stands in the file.
+std::size_t OffsetOf(const Bytes& dll, std::uint32_t rva) {
+  const Places places(dll);
+  for (unsigned i = 0; i < Get<std::uint16_t>(dll, places.file + 2); ++i) {
+    const auto section = Get<host::pe::SectionHeader>(dll, places.Section(i));
+    if (rva - section.rva < section.fileSize) return section.fileOffset + rva - section.rva;
+  }
+  throw std::out_of_range("no section holds this RVA");
+}
+
+std::size_t DirectoryContent(const Bytes& dll, unsigned index) {
+  return OffsetOf(dll, Get<std::uint32_t>(dll, Places(dll).Directory(index)));
+}
+
+void MendChecksum(Bytes& dll) {
+  Put(dll, Places(dll).Checksum(), host::ImageChecksum(dll, Places(dll).Checksum()));
+}
+
+// What the loader says of an image, empty if it takes it. The code is not run.
+std::string Refusal(const Bytes& dll) {
+  try {
+    const Module module(dll, host::FindPlatformOperation, Module::EntryCalls::kSkip);
+    return "";
+  } catch (const ModuleError& error) {
+    return error.what();
+  }
+}
+
+TEST(Module, FindsExportsByNameAndByOrdinal) {
+  const Module module(ShippedDll());
+  using IsBufferSize = BOOL(UT_API*)(DWORD, DWORD);
+  const auto call = reinterpret_cast<IsBufferSize>(module.Find(31));
+  ASSERT_NE(call, nullptr);
+  EXPECT_EQ(call(5, 5), 1);
+  EXPECT_EQ(call(4, 5), 0);
+  EXPECT_EQ(module.Find("utIsBufferSize"), module.Find(31));
+  for (const unsigned hole : {0u, 14u, 24u, 25u, 179u, 259u, 262u, 0xFFFFFFFFu}) {
+    EXPECT_EQ(module.Find(hole), nullptr) << hole;
+  }
+  for (const char* name : {"", "utIsBufferSiz", "utIsBufferSize@8", "UTISBUFFERSIZE"}) {
+    EXPECT_EQ(module.Find(name), nullptr) << name;
+  }
+}
+
+TEST(Module, GivesPagesTheRightsOfTheirSections) {
+  const Module module(ShippedDll());
+  std::ifstream maps("/proc/self/maps");
+  const auto rightsAt = [&](const void* address) {
+    maps.clear();
+    maps.seekg(0);
+    for (std::string line; std::getline(maps, line);) {
+      std::uintptr_t from = 0, to = 0;
+      char rights[5] = "";
+      std::sscanf(line.c_str(), "%x-%x %4s", &from, &to, rights);
+      const auto at = reinterpret_cast<std::uintptr_t>(address);
+      if (at >= from && at < to) return std::string(rights);
+    }
+    return std::string("none");
+  };
+  EXPECT_EQ(rightsAt(module.handle()), "r--p");
+  // An emulated processor does not show the right to execute, which the calls of other tests prove.
+  EXPECT_THAT(rightsAt(module.FindSection(".text").data()), testing::StartsWith("r-"));
+  EXPECT_EQ(rightsAt(module.FindSection(".rdata").data()), "r--p");
+  EXPECT_EQ(rightsAt(module.FindSection(".data").data()), "rw-p");
+  EXPECT_EQ(module.FindSection(".nowhere").data(), nullptr);
+}
+
+TEST(Module, RefusesWhatIsNoImage) {
+  EXPECT_THAT(Refusal({}), HasSubstr("DOS header"));
+  EXPECT_THAT(Refusal({'M', 'Z'}), HasSubstr("DOS header"));
+  EXPECT_THAT(Refusal(Bytes(4096, 0)), HasSubstr("MZ"));
+  EXPECT_THROW(host::ReadFile("no/such/file.dll"), ModuleError);
+  const auto dll = ShippedDll();
+  for (std::size_t size = 0; size < dll.size(); size += size < 1024 ? 1 : 97) {
+    EXPECT_NE(Refusal({dll.begin(), dll.begin() + static_cast<std::ptrdiff_t>(size)}), "") << size;
+  }
+}
+
+TEST(Module, NamesWhatIsTwisted) {
+  const auto dll = ShippedDll();
+  const Places at(dll);
+  const auto optional = [&](std::size_t field) { return at.optional + field; };
+  using Header = host::pe::OptionalHeader;
+  using Section = host::pe::SectionHeader;
+  using Exports = host::pe::ExportDirectory;
+  using Imports = host::pe::ImportDescriptor;
+  const std::size_t exports = DirectoryContent(dll, host::pe::kExports);
+  const std::size_t imports = DirectoryContent(dll, host::pe::kImports);
+  const std::size_t relocations = DirectoryContent(dll, host::pe::kRelocations);
+  const std::size_t functions = OffsetOf(dll, Get<std::uint32_t>(dll, exports + offsetof(Exports, functions)));
+  const std::size_t names = OffsetOf(dll, Get<std::uint32_t>(dll, exports + offsetof(Exports, names)));
+  const std::size_t lookups = OffsetOf(dll, Get<std::uint32_t>(dll, imports));
+  const auto exportsRva = Get<std::uint32_t>(dll, at.Directory(host::pe::kExports));
+  const struct {
+    std::size_t offset;
+    std::uint32_t value;
+    unsigned width;
+    const char* refusal;
+  } rows[] = {
+      {host::pe::kDosHeaderOffset, 0xFFFFFFF0, 4, "PE header lies outside"},
+      {at.file - 4, 0x4551, 4, "PE signature"},
+      {at.file, 0x8664, 2, "not for the i386"},
+      {at.file + 2, 0, 2, "no section"},
+      {at.file + 2, 0xFFFF, 2, "section"},
+      {at.file + 16, 96, 2, "unknown size"},
+      {at.file + 18, host::pe::kIsExecutable, 2, "not a linked DLL"},
+      {at.file + 18, 0x2003, 2, "no relocations"},
+      {at.optional, 0x20B, 2, "PE32"},
+      {optional(offsetof(Header, entry)), 0x10, 4, "entry lies outside the code"},
+      {optional(offsetof(Header, entry)), 0xFFFFFFFF, 4, "entry lies outside the code"},
+      {optional(offsetof(Header, sectionAlignment)), 512, 4, "section alignment"},
+      {optional(offsetof(Header, sectionAlignment)), 0, 4, "section alignment"},
+      {optional(offsetof(Header, imageSize)), 0, 4, "image size"},
+      {optional(offsetof(Header, imageSize)), 0x80000000, 4, "image size"},
+      {optional(offsetof(Header, imageSize)), 0x2000, 4, "section lies outside the image"},
+      {optional(offsetof(Header, headersSize)), 0xFFFFFFFF, 4, "headers are larger"},
+      {optional(offsetof(Header, headersSize)), 64, 4, "section table lies outside"},
+      {optional(offsetof(Header, directoryCount)), 15, 4, "data directories"},
+      {optional(offsetof(Header, checksum)), 1, 4, "checksum"},
+      {at.Directory(host::pe::kTls), 0x1000, 4, "thread-local"},
+      {at.Section(0) + offsetof(Section, rva), 0x0800, 4, "misaligned or overlaps"},
+      {at.Section(1) + offsetof(Section, rva), 0x1000, 4, "misaligned or overlaps"},
+      {at.Section(1) + offsetof(Section, rva), 0xFFFFF000, 4, "section lies outside the image"},
+      {at.Section(0) + offsetof(Section, virtualSize), 0xFFFFFFFF, 4, "outside the image"},
+      {at.Section(0) + offsetof(Section, fileOffset), 0xFFFFFF00, 4, "outside the file"},
+      {at.Section(0) + offsetof(Section, characteristics), 0x40000000, 4, "outside the code"},
+      {at.Directory(host::pe::kRelocations) + 4, 0xFFFFFF, 4, "relocation directory"},
+      {relocations, 0xFFFFFFF0, 4, "relocation's target"},
+      {relocations, 0, 4, "relocation's target"},
+      {relocations + 4, 7, 4, "relocation block"},
+      {relocations + 4, 0xFFFFFFFE, 4, "relocation block"},
+      {relocations + 8, 0x1000, 2, "unknown type"},
+      {at.Directory(host::pe::kImports), 0xFFFFFFF0, 4, "import directory"},
+      {imports, 0xFFFFFFFC, 4, "import lookup table"},
+      {imports + offsetof(Imports, name), 0xFFFFFF, 4, "module's name"},
+      {imports + offsetof(Imports, addressTable), 0xFFFFFFFC, 4, "import address table"},
+      {lookups, 0x80000001, 4, "by ordinal"},
+      {lookups, 0x7FFFFFFF, 4, "import's name"},
+      {lookups, exportsRva, 4, "nothing provides"},
+      {at.Directory(host::pe::kExports), 0xFFFFFFF0, 4, "export directory"},
+      {exports + offsetof(Exports, functionCount), 0x10001, 4, "too many"},
+      {exports + offsetof(Exports, nameCount), 0xFFFFFFFF, 4, "too many"},
+      {exports + offsetof(Exports, functions), 0xFFFFFFFC, 4, "an export lies outside"},
+      {functions, exportsRva + 4, 4, "forwarder"},
+      {functions, 0x3000, 4, "outside the code"},
+      {exports + offsetof(Exports, nameOrdinals), 0xFFFFFFF0, 4, "ordinal lies outside"},
+      {names, 0xFFFFFF, 4, "export's name"},
+      {names + 4, Get<std::uint32_t>(dll, names), 4, "not sorted"},
+  };
+  for (const auto& row : rows) {
+    auto twisted = dll;
+    ASSERT_LE(row.offset + row.width, dll.size());
+    std::memcpy(&twisted[row.offset], &row.value, row.width);
+    if (row.offset != at.Checksum() && Places(twisted).Checksum() < dll.size()) MendChecksum(twisted);
+    EXPECT_THAT(Refusal(twisted), HasSubstr(row.refusal)) << "at " << row.offset;
+  }
+  EXPECT_EQ(host::Mapping::Living(), 0u);
+}
+
+TEST(Module, RefusesAThousandChangedFiles) {
+  const auto dll = ShippedDll();
+  test::Random random(1000);
+  for (int i = 0; i < 1000; ++i) {
+    auto changed = dll;
+    do {
+      changed[random.Below(static_cast<unsigned>(dll.size()))] ^= static_cast<unsigned char>(1 + random.Below(255));
+    } while (random.Below(4) != 0 || changed == dll);
+    EXPECT_NE(Refusal(changed), "") << "image " << i;
+  }
+  EXPECT_EQ(host::Mapping::Living(), 0u);
+}
+
+// The same with a checksum that matches, so that the checks behind it are on their own.
+TEST(Module, SurvivesChangedTables) {
+  const auto dll = ShippedDll();
+  const Places at(dll);
+  std::vector<std::size_t> tables = {0, at.file, at.optional, at.sections};
+  for (const auto index : {host::pe::kExports, host::pe::kImports, host::pe::kRelocations}) {
+    tables.push_back(DirectoryContent(dll, index));
+  }
+  const std::vector<std::uint32_t> extremes = {0, 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFC, 0xFFFFFFFF};
+  test::Random random(2000);
+  unsigned refused = 0;
+  for (int i = 0; i < 1000; ++i) {
+    auto changed = dll;
+    for (unsigned changes = 1 + random.Below(3); changes > 0; --changes) {
+      const std::size_t offset = random.Of(tables) + 2 * random.Below(60);
+      const bool isExtreme = random.Below(2) == 0;
+      Put(changed, offset, isExtreme ? random.Of(extremes) : Get<std::uint32_t>(dll, offset) ^ 1u << random.Below(32));
+    }
+    if (Get<std::uint32_t>(changed, host::pe::kDosHeaderOffset) < 1024) MendChecksum(changed);
+    if (!Refusal(changed).empty()) ++refused;
+  }
+  EXPECT_GT(refused, 500u);
+}
+
+}  // namespace

@@ -1,0 +1,69 @@
+// Starts the tests of the library: on the sources linked into this program, or on the DLL that
+// TAVKIT_DLL names.
+#include <gtest/gtest.h>
+#include <host.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+
+#include "support/entry.h"
+
+#ifdef TAVKIT_NATIVE
+
+extern "C" BOOL UT_API DllMain(HMODULE hModule, DWORD dwReason, LPVOID pReserved);
+namespace tavkit {
+extern HMODULE g_hModule;
+}
+
+BOOL test::CallModuleEntry(HMODULE hModule, DWORD dwReason) {
+  return DllMain(hModule, dwReason, nullptr);
+}
+HMODULE test::StoredModuleHandle() { return tavkit::g_hModule; }
+
+static bool Connect() { return true; }
+
+#else
+
+#include <client.h>
+
+static std::unique_ptr<host::Module> module;
+
+BOOL test::CallModuleEntry(HMODULE hModule, DWORD dwReason) {
+  return module->CallEntry(hModule, dwReason);
+}
+
+HMODULE test::StoredModuleHandle() {
+  const auto data = module->FindSection(".data");
+  HMODULE hModule = nullptr;
+  if (data.size() >= sizeof hModule) std::memcpy(&hModule, data.data(), sizeof hModule);
+  return hModule;
+}
+
+static bool Connect() {
+  const char* path = std::getenv("TAVKIT_DLL");
+  try {
+    module = host::ConnectTavkit(path == nullptr ? "dist/bin/TAVKIT.DLL" : path);
+    return true;
+  } catch (const host::ModuleError& error) {
+    std::cerr << "the DLL under test can't be loaded: " << error.what() << '\n';
+    return false;
+  }
+}
+
+#endif
+
+namespace {
+
+// Every test begins with the platform layer as it is at program start.
+class FreshPlatform : public testing::EmptyTestEventListener {
+  void OnTestStart(const testing::TestInfo&) override { host::Reset(); }
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  testing::UnitTest::GetInstance()->listeners().Append(new FreshPlatform);
+  return Connect() ? RUN_ALL_TESTS() : 1;
+}
