@@ -37,6 +37,7 @@ set_source_files_properties(src/frame/memory.cpp PROPERTIES COMPILE_OPTIONS -fno
 
 # A manifest comes from CMake's own rule for DLLs; the version block is the only resource.
 target_link_libraries(tavkit PRIVATE ${import_libraries} -Wl,/manifest:no)
+# The linker notes its command line in the symbols, so the .def goes by a path that every folder has.
 target_link_options(
   tavkit
   PRIVATE
@@ -44,7 +45,7 @@ target_link_options(
   -nostdlib
   "SHELL:-Xlinker /nodefaultlib"
   "SHELL:-Xlinker /entry:DllMain"
-  "SHELL:-Xlinker /def:${generated}/tavkit.def"
+  "SHELL:-Xlinker /def:generated/tavkit.def"
   "SHELL:-Xlinker /subsystem:windows,5.01"
   "SHELL:-Xlinker /opt:ref,noicf"
   "SHELL:-Xlinker /debug"

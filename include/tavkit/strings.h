@@ -164,15 +164,15 @@ UT_EXPORT(227) BOOL UT_API utIsNullOrEmptyStringW(LPCWSTR psz);
  *                 cbSource + 1 bytes.
  * @return 1 if a string was stored, 0 if the destination was refused and nothing was stored.
  */
-UT_EXPORT(18) BOOL UT_API utCopyMakeAsciiz(LPCVOID pSource, DWORD cbSource, LPSTR pszDest,
-                                           DWORD cbDest);
+UT_EXPORT(18)
+BOOL UT_API utCopyMakeAsciiz(LPCVOID pSource, DWORD cbSource, LPSTR pszDest, DWORD cbDest);
 /**
  * Wide form of utCopyMakeAsciiz. Both sizes are in bytes, a cbDest of 0 or 1 is refused, and with
  * UT_SIZE_UNCHECKED the caller provides cbSource + 2 bytes. An odd size is brought down to the even
  * number below, so that only whole units are stored and the terminator is one of them.
  */
-UT_EXPORT(229) BOOL UT_API utCopyMakeAsciizW(LPCVOID pSource, DWORD cbSource, LPWSTR pszDest,
-                                             DWORD cbDest);
+UT_EXPORT(229)
+BOOL UT_API utCopyMakeAsciizW(LPCVOID pSource, DWORD cbSource, LPWSTR pszDest, DWORD cbDest);
 
 /**
  * Copies a string, cut to fit. Where there is room the copy is followed by a second zero.
@@ -185,8 +185,8 @@ UT_EXPORT(229) BOOL UT_API utCopyMakeAsciizW(LPCVOID pSource, DWORD cbSource, LP
  */
 UT_EXPORT(17) BOOL UT_API utCopyString(LPCSTR pszSource, LPSTR pszDest, DWORD cbDest);
 /**
- * Wide form of utCopyString. cbDest is in bytes; 0 and 1 are refused, an odd size counts as the even
- * number below, and with UT_SIZE_UNCHECKED the caller provides twice the length + 4 bytes.
+ * Wide form of utCopyString. cbDest is in bytes; 0 and 1 are refused, an odd size counts as the
+ * even number below, and with UT_SIZE_UNCHECKED the caller provides twice the length + 4 bytes.
  */
 UT_EXPORT(228) BOOL UT_API utCopyStringW(LPCWSTR pszSource, LPWSTR pszDest, DWORD cbDest);
 

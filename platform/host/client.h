@@ -1,5 +1,5 @@
-// Lets a Linux program call the exports of the shipped DLL by their own names: it includes <tavkit.h>,
-// links this client instead of the library, and connects once at its start.
+// Lets a Linux program call the exports of the shipped DLL by their own names: it includes
+// <tavkit.h>, links this client instead of the library, and connects once at its start.
 #ifndef PLATFORM_HOST_CLIENT_H
 #define PLATFORM_HOST_CLIENT_H
 
@@ -10,8 +10,8 @@
 
 namespace host {
 
-// Loads the DLL and binds the names of its exports. Throws ModuleError if the file can't be loaded or
-// lacks an export. The module must outlive every call.
+// Loads the DLL and binds the names of its exports. Throws ModuleError if the file can't be loaded
+// or lacks an export. The module must outlive every call.
 std::unique_ptr<Module> ConnectTavkit(const std::string& path);
 
 }  // namespace host

@@ -17,10 +17,8 @@ struct CodePageRow {
 };
 
 constexpr CodePageRow kCodePages[] = {
-    {1252, {{1, 0}, {1, 0}}},
-    {932, {{0x81, 0x9F}, {0xE0, 0xFC}}},
-    {936, {{0x81, 0xFE}, {1, 0}}},
-    {949, {{0x81, 0xFE}, {1, 0}}},
+    {1252, {{1, 0}, {1, 0}}},      {932, {{0x81, 0x9F}, {0xE0, 0xFC}}},
+    {936, {{0x81, 0xFE}, {1, 0}}}, {949, {{0x81, 0xFE}, {1, 0}}},
     {950, {{0x81, 0xFE}, {1, 0}}},
 };
 
@@ -47,7 +45,9 @@ bool SetCodePage(unsigned codePage) {
   return false;
 }
 
-unsigned CodePage() { return active->number; }
+unsigned CodePage() {
+  return active->number;
+}
 
 bool IsLeadByte(unsigned char byte) {
   for (const auto& range : active->lead) {

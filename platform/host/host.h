@@ -23,8 +23,8 @@ struct Call {
 // Puts every part of the platform layer back to its state at program start.
 void Reset();
 
-// Has `reset` called by Reset(). For the parts of the layer; the result only serves to call it from a
-// static initialiser.
+// Has `reset` called by Reset(). For the parts of the layer; the result only serves to call it from
+// a static initialiser.
 bool OnReset(void (*reset)());
 
 // From here on every call is recorded, until TakeJournal() hands the record over.

@@ -18,20 +18,24 @@ constexpr std::uint32_t kMaxImageSize = 64u << 20;
 
 std::size_t livingMappings;
 
-[[noreturn]] void Refuse(const std::string& reason) { throw ModuleError(reason); }
+[[noreturn]] void Refuse(const std::string& reason) {
+  throw ModuleError(reason);
+}
 
 void Require(bool holds, const char* otherwise) {
   if (!holds) Refuse(otherwise);
 }
 
-bool IsPowerOfTwo(std::uint32_t value) { return value != 0 && (value & (value - 1)) == 0; }
+bool IsPowerOfTwo(std::uint32_t value) {
+  return value != 0 && (value & (value - 1)) == 0;
+}
 
 std::uint32_t RoundUp(std::uint32_t value, std::uint32_t unit) {
   return (value + unit - 1) / unit * unit;
 }
 
-// Bytes that are read only after a check that they are there: a file, or a mapped image, whose offsets
-// are then RVAs.
+// Bytes that are read only after a check that they are there: a file, or a mapped image, whose
+// offsets are then RVAs.
 class View {
  public:
   View(std::span<const unsigned char> bytes, const char* kind) : bytes_(bytes), kind_(kind) {}
@@ -78,9 +82,9 @@ void CheckOptionalHeader(const pe::OptionalHeader& header, std::size_t fileSize)
   Require(IsPowerOfTwo(header.sectionAlignment) && header.sectionAlignment >= kPage &&
               header.sectionAlignment <= kMaxImageSize,
           "the section alignment is not a power of two of at least a page");
-  Require(header.imageSize != 0 && header.imageSize % kPage == 0 &&
-              header.imageSize <= kMaxImageSize,
-          "the image size is zero, odd or too large");
+  Require(
+      header.imageSize != 0 && header.imageSize % kPage == 0 && header.imageSize <= kMaxImageSize,
+      "the image size is zero, odd or too large");
   Require(header.headersSize <= fileSize && header.headersSize <= header.imageSize,
           "the headers are larger than the file or the image");
   for (const auto unsupported : {pe::kTls, pe::kDelayImports, pe::kClr}) {
@@ -147,8 +151,8 @@ void CopySections(const View& file, const Headers& headers, const Mapping& image
     // What the file holds behind the virtual size only fills its last block.
     const auto size = section.virtualSize == 0 ? section.fileSize
                                                : std::min(section.virtualSize, section.fileSize);
-    std::memcpy(image.data() + section.rva, file.Range(section.fileOffset, size, "a section's data"),
-                size);
+    std::memcpy(image.data() + section.rva,
+                file.Range(section.fileOffset, size, "a section's data"), size);
   }
 }
 
@@ -160,8 +164,9 @@ void Relocate(const View& view, const Headers& headers, const Mapping& image) {
   for (std::uint32_t done = 0; done < directory.size;) {
     const std::uint32_t start = directory.rva + done;
     const auto block = view.At<pe::RelocationBlock>(start, "a relocation block");
-    Require(block.size >= sizeof block && block.size % 2 == 0 && block.size <= directory.size - done,
-            "a relocation block has a wrong size");
+    Require(
+        block.size >= sizeof block && block.size % 2 == 0 && block.size <= directory.size - done,
+        "a relocation block has a wrong size");
     for (std::uint32_t at = sizeof block; at < block.size; at += 2) {
       const auto entry = view.At<std::uint16_t>(start + at, "a relocation");
       const unsigned type = entry >> 12;
@@ -270,7 +275,9 @@ Mapping::~Mapping() {
   --livingMappings;
 }
 
-std::size_t Mapping::Living() { return livingMappings; }
+std::size_t Mapping::Living() {
+  return livingMappings;
+}
 
 void Mapping::Protect(std::size_t offset, std::size_t length, int rights) const {
   const std::size_t rounded = RoundUp(static_cast<std::uint32_t>(length), kPage);

@@ -61,8 +61,8 @@ class Module {
  public:
   enum class EntryCalls { kMake, kSkip };
 
-  // Maps the image, relocates it, binds its imports and, unless that is to be skipped, calls its entry
-  // with DLL_PROCESS_ATTACH now and with DLL_PROCESS_DETACH at the end.
+  // Maps the image, relocates it, binds its imports and, unless that is to be skipped, calls its
+  // entry with DLL_PROCESS_ATTACH now and with DLL_PROCESS_DETACH at the end.
   explicit Module(std::span<const unsigned char> file,
                   const ImportResolver& resolve = FindPlatformOperation,
                   EntryCalls entryCalls = EntryCalls::kMake);

@@ -6,9 +6,9 @@
 
 namespace host::pe {
 
-inline constexpr std::uint16_t kDosMagic = 0x5A4D;         // "MZ"
-inline constexpr std::uint32_t kDosHeaderOffset = 0x3C;    // where the offset of the PE header stands
-inline constexpr std::uint32_t kSignature = 0x00004550;    // "PE", two zeros
+inline constexpr std::uint16_t kDosMagic = 0x5A4D;       // "MZ"
+inline constexpr std::uint32_t kDosHeaderOffset = 0x3C;  // where the offset of the PE header stands
+inline constexpr std::uint32_t kSignature = 0x00004550;  // "PE", two zeros
 inline constexpr std::uint16_t kMachineI386 = 0x14C;
 inline constexpr std::uint16_t kMagicPe32 = 0x10B;
 inline constexpr std::uint16_t kRelocationsStripped = 0x0001;
@@ -23,7 +23,14 @@ inline constexpr std::uint32_t kImportByOrdinal = 0x80000000;
 inline constexpr unsigned kRelocationPadding = 0;
 inline constexpr unsigned kRelocation32Bits = 3;
 
-enum Directory { kExports = 0, kImports = 1, kRelocations = 5, kTls = 9, kDelayImports = 13, kClr = 14 };
+enum Directory {
+  kExports = 0,
+  kImports = 1,
+  kRelocations = 5,
+  kTls = 9,
+  kDelayImports = 13,
+  kClr = 14
+};
 
 struct FileHeader {
   std::uint16_t machine;

@@ -1,5 +1,6 @@
 // Strings in the platform's rules. Two strings compare equal without regard to case if they are the
-// same after every letter was made upper case; the trail byte of a double-byte character is no letter.
+// same after every letter was made upper case; the trail byte of a double-byte character is no
+// letter.
 #include <locale.h>
 #include <wctype.h>
 
@@ -17,7 +18,8 @@ wint_t UpperCase(wint_t unit) {
 }
 
 // The bytes 0x80 to 0x9F of code page 1252 that are letters in both cases, lower case first.
-constexpr unsigned char kLetters1252[][2] = {{0x9A, 0x8A}, {0x9C, 0x8C}, {0x9E, 0x8E}, {0xFF, 0x9F}};
+constexpr unsigned char kLetters1252[][2] = {
+    {0x9A, 0x8A}, {0x9C, 0x8C}, {0x9E, 0x8E}, {0xFF, 0x9F}};
 
 unsigned UpperCaseByte(unsigned char byte) {
   if (byte >= 'a' && byte <= 'z') return byte - 0x20u;

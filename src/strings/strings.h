@@ -1,5 +1,5 @@
-// Character and string primitives, each as one template over the text policy. Results point into the
-// caller's string, so they carry no const, as with the C library's strchr.
+// Character and string primitives, each as one template over the text policy. Results point into
+// the caller's string, so they carry no const, as with the C library's strchr.
 #ifndef TAVKIT_STRINGS_STRINGS_H
 #define TAVKIT_STRINGS_STRINGS_H
 
@@ -91,8 +91,8 @@ bool TrimLead(Char<Text>* psz, WORD wChar) {
   return true;
 }
 
-// The start of the run of wChar that ends the string, NULL if there is none. A trail byte must not be
-// taken for a character, so the byte form can only walk forward.
+// The start of the run of wChar that ends the string, NULL if there is none. A trail byte must not
+// be taken for a character, so the byte form can only walk forward.
 inline CHAR* FindTrailRun(CHAR* psz, WORD wChar, ByteText) {
   CHAR* pszRun = nullptr;
   for (; ByteText::Load(psz) != 0; psz = ByteText::Next(psz)) {

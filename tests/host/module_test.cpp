@@ -142,8 +142,10 @@ TEST(Module, NamesWhatIsTwisted) {
   const std::size_t exports = DirectoryContent(dll, host::pe::kExports);
   const std::size_t imports = DirectoryContent(dll, host::pe::kImports);
   const std::size_t relocations = DirectoryContent(dll, host::pe::kRelocations);
-  const std::size_t functions = OffsetOf(dll, Get<std::uint32_t>(dll, exports + offsetof(Exports, functions)));
-  const std::size_t names = OffsetOf(dll, Get<std::uint32_t>(dll, exports + offsetof(Exports, names)));
+  const std::size_t functions =
+      OffsetOf(dll, Get<std::uint32_t>(dll, exports + offsetof(Exports, functions)));
+  const std::size_t names =
+      OffsetOf(dll, Get<std::uint32_t>(dll, exports + offsetof(Exports, names)));
   const std::size_t lookups = OffsetOf(dll, Get<std::uint32_t>(dll, imports));
   const auto exportsRva = Get<std::uint32_t>(dll, at.Directory(host::pe::kExports));
   const struct {
@@ -206,7 +208,8 @@ TEST(Module, NamesWhatIsTwisted) {
     auto twisted = dll;
     ASSERT_LE(row.offset + row.width, dll.size());
     std::memcpy(&twisted[row.offset], &row.value, row.width);
-    if (row.offset != at.Checksum() && Places(twisted).Checksum() < dll.size()) MendChecksum(twisted);
+    if (row.offset != at.Checksum() && Places(twisted).Checksum() < dll.size())
+      MendChecksum(twisted);
     EXPECT_THAT(Refusal(twisted), HasSubstr(row.refusal)) << "at " << row.offset;
   }
   EXPECT_EQ(host::Mapping::Living(), 0u);
@@ -218,7 +221,8 @@ TEST(Module, RefusesAThousandChangedFiles) {
   for (int i = 0; i < 1000; ++i) {
     auto changed = dll;
     do {
-      changed[random.Below(static_cast<unsigned>(dll.size()))] ^= static_cast<unsigned char>(1 + random.Below(255));
+      changed[random.Below(static_cast<unsigned>(dll.size()))] ^=
+          static_cast<unsigned char>(1 + random.Below(255));
     } while (random.Below(4) != 0 || changed == dll);
     EXPECT_NE(Refusal(changed), "") << "image " << i;
   }
@@ -233,7 +237,8 @@ TEST(Module, SurvivesChangedTables) {
   for (const auto index : {host::pe::kExports, host::pe::kImports, host::pe::kRelocations}) {
     tables.push_back(DirectoryContent(dll, index));
   }
-  const std::vector<std::uint32_t> extremes = {0, 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFC, 0xFFFFFFFF};
+  const std::vector<std::uint32_t> extremes = {0,          1,          0x7FFFFFFF,
+                                               0x80000000, 0xFFFFFFFC, 0xFFFFFFFF};
   test::Random random(2000);
   unsigned refused = 0;
   for (int i = 0; i < 1000; ++i) {
@@ -241,7 +246,9 @@ TEST(Module, SurvivesChangedTables) {
     for (unsigned changes = 1 + random.Below(3); changes > 0; --changes) {
       const std::size_t offset = random.Of(tables) + 2 * random.Below(60);
       const bool isExtreme = random.Below(2) == 0;
-      Put(changed, offset, isExtreme ? random.Of(extremes) : Get<std::uint32_t>(dll, offset) ^ 1u << random.Below(32));
+      Put(changed, offset,
+          isExtreme ? random.Of(extremes)
+                    : Get<std::uint32_t>(dll, offset) ^ 1u << random.Below(32));
     }
     if (Get<std::uint32_t>(changed, host::pe::kDosHeaderOffset) < 1024) MendChecksum(changed);
     if (!Refusal(changed).empty()) ++refused;

@@ -94,8 +94,9 @@ class StringsTest : public testing::Test {
       return {std::begin(bytes), std::end(bytes)};
     }
   }
-  inline static const std::vector<WORD> kArguments = {0x20,   0x5C,   0x61,   0x01,   0x7F,   0x80,   0x81,  0xE9,
-                                        0xFF,   0x0100, 0x015C, 0x01E9, 0x7FFF, 0x8000, 0xFF5C, 0xFFFF};
+  inline static const std::vector<WORD> kArguments = {
+      0x20, 0x5C,   0x61,   0x01,   0x7F,   0x80,   0x81,   0xE9,
+      0xFF, 0x0100, 0x015C, 0x01E9, 0x7FFF, 0x8000, 0xFF5C, 0xFFFF};
 
   // The index of a result, none for NULL.
   static typename Model<Form>::Index IndexIn(const Char* psz, const Char* found) {
@@ -135,7 +136,8 @@ class StringsTest : public testing::Test {
 
     EXPECT_EQ(IndexIn(psz, Form::TruncateAtChar(psz, wChar)), model.First(wChar));
     auto expected = model.text;
-    if (const auto first = model.First(wChar); first && *first < expected.size()) expected[*first] = 0;
+    if (const auto first = model.First(wChar); first && *first < expected.size())
+      expected[*first] = 0;
     EXPECT_EQ(buffer.Bytes(), test::BytesOf(expected));
   }
 
@@ -255,7 +257,8 @@ TYPED_TEST(StringsTest, CopyWhatFitsAtEverySize) {
     // Unchecked: the whole units and a terminator, not a byte more.
     const DWORD whole = cbSource / sizeof(Char) * sizeof(Char);
     GuardedBuffer to(whole + sizeof(Char));
-    EXPECT_EQ(TypeParam::CopyMakeAsciiz(from.data(), cbSource, to.As<Char>(), UT_SIZE_UNCHECKED), 1);
+    EXPECT_EQ(TypeParam::CopyMakeAsciiz(from.data(), cbSource, to.As<Char>(), UT_SIZE_UNCHECKED),
+              1);
     EXPECT_EQ(to.Bytes(), CopyOutcome<TypeParam>(from.Bytes(), whole + sizeof(Char)));
   }
   EXPECT_EQ(TypeParam::CopyMakeAsciiz(source.data(), 2, nullptr, UT_SIZE_UNCHECKED), 0);

@@ -9,9 +9,9 @@
 
 namespace test {
 
-// Calls work() for n = 1, 2, … with the n-th platform call failing with `code`, up to and including the
-// first run in which no call fails. What it checks may depend on host::FailureCame(). Returns how many
-// runs had a failure.
+// Calls work() for n = 1, 2, … with the n-th platform call failing with `code`, up to and including
+// the first run in which no call fails. What it checks may depend on host::FailureCame(). Returns
+// how many runs had a failure.
 template <class Work>
 unsigned ForEachFailure(DWORD code, Work work) {
   for (unsigned n = 1;; ++n) {

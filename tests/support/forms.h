@@ -12,9 +12,10 @@
 namespace test {
 
 #define TEST_OPERATIONS(X)                                                                         \
-  X(CharNext) X(CharPrev) X(CharLast) X(CharNull) X(FindChar) X(FindRevChar) X(TruncateAtChar)     \
-  X(SkipLeadChar) X(CountLeadChar) X(TrimChar) X(StringSize) X(IsNullOrEmptyString)                \
-  X(CopyMakeAsciiz) X(CopyString) X(CopyNonNullString)
+  X(CharNext)                                                                                      \
+  X(CharPrev) X(CharLast) X(CharNull) X(FindChar) X(FindRevChar) X(TruncateAtChar) X(SkipLeadChar) \
+      X(CountLeadChar) X(TrimChar) X(StringSize) X(IsNullOrEmptyString) X(CopyMakeAsciiz)          \
+          X(CopyString) X(CopyNonNullString)
 
 struct ByteForm {
   using Char = CHAR;
@@ -53,11 +54,11 @@ constexpr DWORD Size(DWORD units) {
   return units * static_cast<DWORD>(sizeof(typename Form::Char));
 }
 
-// Calls an export with 32-bit words in the place of its arguments, as a caller may that has something
-// above the low 16 bits of a 16-bit argument.
+// Calls an export with 32-bit words in the place of its arguments, as a caller may that has
+// something above the low 16 bits of a 16-bit argument.
 template <class Result, class... Parameters, class... Words>
-__attribute__((no_sanitize("function"))) Result CallWithWords(Result(UT_API* function)(Parameters...),
-                                                              Words... words) {
+__attribute__((no_sanitize("function"))) Result CallWithWords(
+    Result(UT_API* function)(Parameters...), Words... words) {
   static_assert(sizeof...(Parameters) == sizeof...(Words));
   return reinterpret_cast<Result(UT_API*)(Words...)>(reinterpret_cast<void*>(function))(words...);
 }

@@ -1,5 +1,5 @@
-// Memory that ends directly at an inaccessible page, so that the first byte read or written behind it
-// stops the test; what stands in front of it is checked at the end.
+// Memory that ends directly at an inaccessible page, so that the first byte read or written behind
+// it stops the test; what stands in front of it is checked at the end.
 #ifndef TESTS_SUPPORT_GUARDED_H
 #define TESTS_SUPPORT_GUARDED_H
 
@@ -18,9 +18,11 @@ inline constexpr unsigned char kPattern = 0xCD;
 
 class GuardedBuffer {
  public:
-  explicit GuardedBuffer(std::size_t size) : size_(size), front_((size / kPage + 1) * kPage - size) {
+  explicit GuardedBuffer(std::size_t size)
+      : size_(size), front_((size / kPage + 1) * kPage - size) {
     mapped_ = front_ + size + kPage;
-    void* pages = mmap(nullptr, mapped_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void* pages =
+        mmap(nullptr, mapped_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (pages == MAP_FAILED) std::abort();
     start_ = static_cast<unsigned char*>(pages);
     mprotect(start_ + front_ + size, kPage, PROT_NONE);
@@ -63,7 +65,8 @@ class GuardedBuffer {
 
 // The bytes of a string of either form, with `terminators` zero units behind it.
 template <class Char>
-std::vector<unsigned char> BytesOf(const std::basic_string<Char>& text, std::size_t terminators = 1) {
+std::vector<unsigned char> BytesOf(const std::basic_string<Char>& text,
+                                   std::size_t terminators = 1) {
   const auto* start = reinterpret_cast<const unsigned char*>(text.data());
   std::vector<unsigned char> bytes(start, start + text.size() * sizeof(Char));
   bytes.resize(bytes.size() + terminators * sizeof(Char));
