@@ -6,7 +6,7 @@
 BEGIN {
   if (form == "def") print "LIBRARY TAVKIT.DLL\nEXPORTS"
   if (form == "imports") print "LIBRARY " module ".dll\nEXPORTS"
-  marker = "^" mark "\\([A-Z0-9]+\\) "
+  marker = "^" mark "\\([A-Z0-9]+\\)"
 }
 $0 ~ marker { text = ""; open = 1 }
 open { text = text " " $0 }
