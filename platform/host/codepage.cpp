@@ -45,9 +45,7 @@ bool SetCodePage(unsigned codePage) {
   return false;
 }
 
-unsigned CodePage() {
-  return active->number;
-}
+unsigned CodePage() { return active->number; }
 
 bool IsLeadByte(unsigned char byte) {
   for (const auto& range : active->lead) {

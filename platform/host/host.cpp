@@ -14,9 +14,7 @@ const char* failingOperation;
 DWORD failureCode;
 bool failureCame;
 
-void Watch() {
-  detail::watching = recording || callsToFailure != 0;
-}
+void Watch() { detail::watching = recording || callsToFailure != 0; }
 
 std::vector<void (*)()>& Resets() {
   static std::vector<void (*)()> resets;
@@ -69,12 +67,8 @@ void FailCall(unsigned n, DWORD code, const char* operation) {
   Watch();
 }
 
-bool FailureCame() {
-  return failureCame;
-}
+bool FailureCame() { return failureCame; }
 
-DWORD FailureCode() {
-  return failureCode;
-}
+DWORD FailureCode() { return failureCode; }
 
 }  // namespace host

@@ -18,17 +18,13 @@ constexpr std::uint32_t kMaxImageSize = 64u << 20;
 
 std::size_t livingMappings;
 
-[[noreturn]] void Refuse(const std::string& reason) {
-  throw ModuleError(reason);
-}
+[[noreturn]] void Refuse(const std::string& reason) { throw ModuleError(reason); }
 
 void Require(bool holds, const char* otherwise) {
   if (!holds) Refuse(otherwise);
 }
 
-bool IsPowerOfTwo(std::uint32_t value) {
-  return value != 0 && (value & (value - 1)) == 0;
-}
+bool IsPowerOfTwo(std::uint32_t value) { return value != 0 && (value & (value - 1)) == 0; }
 
 std::uint32_t RoundUp(std::uint32_t value, std::uint32_t unit) {
   return (value + unit - 1) / unit * unit;
@@ -275,9 +271,7 @@ Mapping::~Mapping() {
   --livingMappings;
 }
 
-std::size_t Mapping::Living() {
-  return livingMappings;
-}
+std::size_t Mapping::Living() { return livingMappings; }
 
 void Mapping::Protect(std::size_t offset, std::size_t length, int rights) const {
   const std::size_t rounded = RoundUp(static_cast<std::uint32_t>(length), kPage);

@@ -1,58 +1,70 @@
 #include "strings/strings.h"
 
-using tavkit::ByteText;
-using tavkit::WideText;
+using namespace tavkit;
 
-// clang-format off
-LPSTR  UT_API utCharNext(LPCSTR psz)   { return tavkit::CharNext<ByteText>(psz); }
-LPWSTR UT_API utCharNextW(LPCWSTR psz) { return tavkit::CharNext<WideText>(psz); }
-LPSTR  UT_API utCharPrev(LPCSTR pszStart, LPCSTR pszCurrent)    { return tavkit::CharPrev<ByteText>(pszStart, pszCurrent); }
-LPWSTR UT_API utCharPrevW(LPCWSTR pszStart, LPCWSTR pszCurrent) { return tavkit::CharPrev<WideText>(pszStart, pszCurrent); }
-LPSTR  UT_API utCharLast(LPCSTR psz)   { return tavkit::CharLast<ByteText>(psz); }
-LPWSTR UT_API utCharLastW(LPCWSTR psz) { return tavkit::CharLast<WideText>(psz); }
-LPSTR  UT_API utCharNull(LPCSTR psz)   { return tavkit::FindChar<ByteText>(psz, 0); }
-LPWSTR UT_API utCharNullW(LPCWSTR psz) { return tavkit::FindChar<WideText>(psz, 0); }
+LPSTR UT_API utCharNext(LPCSTR psz) { return CharNext<ByteText>(psz); }
+LPWSTR UT_API utCharNextW(LPCWSTR psz) { return CharNext<WideText>(psz); }
+LPSTR UT_API utCharPrev(LPCSTR pszStart, LPCSTR pszCurrent) {
+  return CharPrev<ByteText>(pszStart, pszCurrent);
+}
+LPWSTR UT_API utCharPrevW(LPCWSTR pszStart, LPCWSTR pszCurrent) {
+  return CharPrev<WideText>(pszStart, pszCurrent);
+}
+LPSTR UT_API utCharLast(LPCSTR psz) { return CharLast<ByteText>(psz); }
+LPWSTR UT_API utCharLastW(LPCWSTR psz) { return CharLast<WideText>(psz); }
+LPSTR UT_API utCharNull(LPCSTR psz) { return FindChar<ByteText>(psz, 0); }
+LPWSTR UT_API utCharNullW(LPCWSTR psz) { return FindChar<WideText>(psz, 0); }
 
-LPSTR  UT_API utFindChar(LPCSTR psz, WORD wChar)       { return tavkit::FindChar<ByteText>(psz, wChar); }
-LPWSTR UT_API utFindCharW(LPCWSTR psz, WORD wChar)     { return tavkit::FindChar<WideText>(psz, wChar); }
-LPSTR  UT_API utFindRevChar(LPCSTR psz, WORD wChar)    { return tavkit::FindRevChar<ByteText>(psz, wChar); }
-LPWSTR UT_API utFindRevCharW(LPCWSTR psz, WORD wChar)  { return tavkit::FindRevChar<WideText>(psz, wChar); }
-LPSTR  UT_API utTruncateAtChar(LPSTR psz, WORD wChar)   { return tavkit::TruncateAtChar<ByteText>(psz, wChar); }
-LPWSTR UT_API utTruncateAtCharW(LPWSTR psz, WORD wChar) { return tavkit::TruncateAtChar<WideText>(psz, wChar); }
+LPSTR UT_API utFindChar(LPCSTR psz, WORD wChar) { return FindChar<ByteText>(psz, wChar); }
+LPWSTR UT_API utFindCharW(LPCWSTR psz, WORD wChar) { return FindChar<WideText>(psz, wChar); }
+LPSTR UT_API utFindRevChar(LPCSTR psz, WORD wChar) { return FindRevChar<ByteText>(psz, wChar); }
+LPWSTR UT_API utFindRevCharW(LPCWSTR psz, WORD wChar) { return FindRevChar<WideText>(psz, wChar); }
+LPSTR UT_API utTruncateAtChar(LPSTR psz, WORD wChar) {
+  return TruncateAtChar<ByteText>(psz, wChar);
+}
+LPWSTR UT_API utTruncateAtCharW(LPWSTR psz, WORD wChar) {
+  return TruncateAtChar<WideText>(psz, wChar);
+}
 
-LPSTR  UT_API utSkipLeadChar(LPCSTR psz, WORD wChar)    { return tavkit::SkipLeadChar<ByteText>(psz, wChar); }
-LPWSTR UT_API utSkipLeadCharW(LPCWSTR psz, WORD wChar)  { return tavkit::SkipLeadChar<WideText>(psz, wChar); }
-DWORD  UT_API utCountLeadChar(LPCSTR psz, WORD wChar)   { return tavkit::CountLeadChar<ByteText>(psz, wChar); }
-DWORD  UT_API utCountLeadCharW(LPCWSTR psz, WORD wChar) { return tavkit::CountLeadChar<WideText>(psz, wChar); }
-BOOL   UT_API utTrimChar(LPSTR psz, WORD wChar, WORD wFlags)   { return tavkit::TrimChar<ByteText>(psz, wChar, wFlags); }
-BOOL   UT_API utTrimCharW(LPWSTR psz, WORD wChar, WORD wFlags) { return tavkit::TrimChar<WideText>(psz, wChar, wFlags); }
+LPSTR UT_API utSkipLeadChar(LPCSTR psz, WORD wChar) { return SkipLeadChar<ByteText>(psz, wChar); }
+LPWSTR UT_API utSkipLeadCharW(LPCWSTR psz, WORD wChar) {
+  return SkipLeadChar<WideText>(psz, wChar);
+}
+DWORD UT_API utCountLeadChar(LPCSTR psz, WORD wChar) { return CountLeadChar<ByteText>(psz, wChar); }
+DWORD UT_API utCountLeadCharW(LPCWSTR psz, WORD wChar) {
+  return CountLeadChar<WideText>(psz, wChar);
+}
+BOOL UT_API utTrimChar(LPSTR psz, WORD wChar, WORD wFlags) {
+  return TrimChar<ByteText>(psz, wChar, wFlags);
+}
+BOOL UT_API utTrimCharW(LPWSTR psz, WORD wChar, WORD wFlags) {
+  return TrimChar<WideText>(psz, wChar, wFlags);
+}
 
-DWORD  UT_API utStringSize(LPCSTR psz, BOOL fWithTerminator)   { return tavkit::StringSize<ByteText>(psz, fWithTerminator != 0); }
-DWORD  UT_API utStringSizeW(LPCWSTR psz, BOOL fWithTerminator) { return tavkit::StringSize<WideText>(psz, fWithTerminator != 0); }
-BOOL   UT_API utIsNullOrEmptyString(LPCSTR psz)   { return tavkit::IsNullOrEmpty<ByteText>(psz); }
-BOOL   UT_API utIsNullOrEmptyStringW(LPCWSTR psz) { return tavkit::IsNullOrEmpty<WideText>(psz); }
-// clang-format on
+DWORD UT_API utStringSize(LPCSTR psz, BOOL fWithTerminator) {
+  return StringSize<ByteText>(psz, fWithTerminator != 0);
+}
+DWORD UT_API utStringSizeW(LPCWSTR psz, BOOL fWithTerminator) {
+  return StringSize<WideText>(psz, fWithTerminator != 0);
+}
+BOOL UT_API utIsNullOrEmptyString(LPCSTR psz) { return IsNullOrEmpty<ByteText>(psz); }
+BOOL UT_API utIsNullOrEmptyStringW(LPCWSTR psz) { return IsNullOrEmpty<WideText>(psz); }
 
 BOOL UT_API utCopyMakeAsciiz(LPCVOID pSource, DWORD cbSource, LPSTR pszDest, DWORD cbDest) {
-  return tavkit::CopyMakeAsciiz<ByteText>(pSource, cbSource, pszDest, cbDest);
+  return CopyMakeAsciiz<ByteText>(pSource, cbSource, pszDest, cbDest);
 }
-
 BOOL UT_API utCopyMakeAsciizW(LPCVOID pSource, DWORD cbSource, LPWSTR pszDest, DWORD cbDest) {
-  return tavkit::CopyMakeAsciiz<WideText>(pSource, cbSource, pszDest, cbDest);
+  return CopyMakeAsciiz<WideText>(pSource, cbSource, pszDest, cbDest);
 }
-
 BOOL UT_API utCopyString(LPCSTR pszSource, LPSTR pszDest, DWORD cbDest) {
-  return tavkit::CopyString<ByteText>(pszSource, pszDest, cbDest);
+  return CopyString<ByteText>(pszSource, pszDest, cbDest);
 }
-
 BOOL UT_API utCopyStringW(LPCWSTR pszSource, LPWSTR pszDest, DWORD cbDest) {
-  return tavkit::CopyString<WideText>(pszSource, pszDest, cbDest);
+  return CopyString<WideText>(pszSource, pszDest, cbDest);
 }
-
 BOOL UT_API utCopyNonNullString(LPCSTR pszSource, LPSTR pszDest, DWORD cbDest) {
-  return tavkit::CopyNonNullString<ByteText>(pszSource, pszDest, cbDest);
+  return CopyNonNullString<ByteText>(pszSource, pszDest, cbDest);
 }
-
 BOOL UT_API utCopyNonNullStringW(LPCWSTR pszSource, LPWSTR pszDest, DWORD cbDest) {
-  return tavkit::CopyNonNullString<WideText>(pszSource, pszDest, cbDest);
+  return CopyNonNullString<WideText>(pszSource, pszDest, cbDest);
 }

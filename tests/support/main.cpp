@@ -19,13 +19,9 @@ extern HMODULE g_hModule;
 BOOL test::CallModuleEntry(HMODULE hModule, DWORD dwReason) {
   return DllMain(hModule, dwReason, nullptr);
 }
-HMODULE test::StoredModuleHandle() {
-  return tavkit::g_hModule;
-}
+HMODULE test::StoredModuleHandle() { return tavkit::g_hModule; }
 
-static bool Connect() {
-  return true;
-}
+static bool Connect() { return true; }
 
 #else
 
