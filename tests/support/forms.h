@@ -11,12 +11,13 @@
 
 namespace test {
 
-#define TEST_OPERATIONS(X)                                                                \
-  X(CharNext)                                                                             \
-  X(CharPrev)                                                                             \
-  X(CharLast) X(CharNull) X(FindChar) X(FindRevChar) X(TruncateAtChar) X(SkipLeadChar)    \
-      X(CountLeadChar) X(TrimChar) X(StringSize) X(IsNullOrEmptyString) X(CopyMakeAsciiz) \
-          X(CopyString) X(CopyNonNullString)
+#define TEST_OPERATIONS(X)                                                                  \
+  X(CharNext)                                                                               \
+  X(CharPrev)                                                                               \
+  X(CharLast)                                                                               \
+  X(CharNull)                                                                               \
+  X(FindChar) X(FindRevChar) X(TruncateAtChar) X(SkipLeadChar) X(CountLeadChar) X(TrimChar) \
+      X(StringSize) X(IsNullOrEmptyString) X(CopyMakeAsciiz) X(CopyString) X(CopyNonNullString)
 
 struct ByteForm {
   using Char = CHAR;
