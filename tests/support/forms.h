@@ -16,7 +16,8 @@ namespace test {
   X(CharPrev)                                                                             \
   X(CharLast) X(CharNull) X(FindChar) X(FindRevChar) X(TruncateAtChar) X(SkipLeadChar)    \
       X(CountLeadChar) X(TrimChar) X(StringSize) X(IsNullOrEmptyString) X(CopyMakeAsciiz) \
-          X(CopyString) X(CopyNonNullString)
+          X(CopyString) X(CopyNonNullString)                                              \
+              X(SizeNETRESOURCE) X(VarSizeNETRESOURCE) X(CopyNETRESOURCE)
 
 struct ByteForm {
   using Char = CHAR;
