@@ -19,6 +19,8 @@
 #include "tavkit/types.h"
 
 #include "tavkit/frame.h"
+#include "tavkit/netresource.h"
 #include "tavkit/strings.h"
+#include "tavkit/xbuf.h"
 
 #endif /* TAVKIT_H */

@@ -32,4 +32,9 @@ UT_IMPORT(KERNEL32) int UT_API lstrcmpiA(LPCSTR psz1, LPCSTR psz2);
 UT_IMPORT(KERNEL32) int UT_API lstrcmpW(LPCWSTR psz1, LPCWSTR psz2);
 UT_IMPORT(KERNEL32) int UT_API lstrcmpiW(LPCWSTR psz1, LPCWSTR psz2);
 
+// Memory. LocalAlloc gives a fixed block, or NULL on failure; LMEM_ZEROINIT fills it with zeros.
+inline constexpr UINT LMEM_ZEROINIT = 0x40;
+UT_IMPORT(KERNEL32) HANDLE UT_API LocalAlloc(UINT uFlags, DWORD cbBlock);
+UT_IMPORT(KERNEL32) HANDLE UT_API LocalFree(HANDLE hBlock);
+
 #endif  // PLATFORM_WIN32_H

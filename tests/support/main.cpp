@@ -1,6 +1,7 @@
 // Starts the tests of the library: on the sources linked into this program, or on the DLL that
 // TAVKIT_DLL names.
 #include <gtest/gtest.h>
+#include <heap.h>
 #include <host.h>
 
 #include <cstdlib>
@@ -55,9 +56,13 @@ static bool Connect() {
 
 namespace {
 
-// Every test begins with the platform layer as it is at program start.
+// Every test begins with the platform layer as it is at program start, and leaves no memory behind.
 class FreshPlatform : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override { host::Reset(); }
+  void OnTestEnd(const testing::TestInfo&) override {
+    EXPECT_EQ(host::LivingBlocks(), 0u);
+    EXPECT_EQ(host::HeapError(), "");
+  }
 };
 
 }  // namespace
