@@ -18,6 +18,7 @@
 
 #include "tavkit/types.h"
 
+#include "tavkit/dialog.h"
 #include "tavkit/frame.h"
 #include "tavkit/netresource.h"
 #include "tavkit/strings.h"

@@ -36,5 +36,49 @@ UT_IMPORT(KERNEL32) int UT_API lstrcmpiW(LPCWSTR psz1, LPCWSTR psz2);
 inline constexpr UINT LMEM_ZEROINIT = 0x40;
 UT_IMPORT(KERNEL32) HANDLE UT_API LocalAlloc(UINT uFlags, DWORD cbBlock);
 UT_IMPORT(KERNEL32) HANDLE UT_API LocalFree(HANDLE hBlock);
+// Windows. Rectangles and points are in pixels.
+using WPARAM = uintptr_t;
+using LPARAM = intptr_t;
+using LRESULT = intptr_t;
+
+struct POINT {
+  LONG x;
+  LONG y;
+};
+using LPPOINT = POINT*;
+
+inline constexpr UINT SWP_NOSIZE = 1;
+inline constexpr UINT SWP_NOMOVE = 2;
+inline constexpr UINT SWP_NOZORDER = 4;
+
+UT_IMPORT(USER32) BOOL UT_API GetWindowRect(HWND hWnd, LPRECT lpRect);
+UT_IMPORT(USER32) HWND UT_API GetParent(HWND hWnd);
+UT_IMPORT(USER32) BOOL UT_API ScreenToClient(HWND hWnd, LPPOINT lpPoint);
+UT_IMPORT(USER32)
+BOOL UT_API SetWindowPos(HWND hWnd, HWND hWndInsertAfter, int x, int y, int cx, int cy,
+                         UINT uFlags);
+UT_IMPORT(USER32) BOOL UT_API SetWindowTextA(HWND hWnd, LPCSTR psz);
+UT_IMPORT(USER32) BOOL UT_API IsWindowEnabled(HWND hWnd);
+UT_IMPORT(USER32) BOOL UT_API EnableWindow(HWND hWnd, BOOL fEnable);
+UT_IMPORT(USER32) HWND UT_API GetFocus();
+UT_IMPORT(USER32) int UT_API LoadStringA(HINSTANCE hModule, UINT idString, LPSTR psz, int cch);
+
+// Dialogs, and the messages that move a default button and the focus.
+inline constexpr UINT WM_NEXTDLGCTL = 0x28;
+inline constexpr UINT BM_SETSTYLE = 0xF4;
+inline constexpr UINT DM_GETDEFID = 0x400;
+inline constexpr UINT DM_SETDEFID = 0x401;
+inline constexpr DWORD DC_HASDEFID = 0x534B;
+inline constexpr UINT BS_PUSHBUTTON = 0;
+inline constexpr UINT BS_DEFPUSHBUTTON = 1;
+inline constexpr UINT BST_CHECKED = 1;
+
+UT_IMPORT(USER32) LRESULT UT_API SendMessageA(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
+UT_IMPORT(USER32) BOOL UT_API PostMessageA(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
+UT_IMPORT(USER32) HWND UT_API GetDlgItem(HWND hDlg, int idItem);
+UT_IMPORT(USER32)
+LRESULT UT_API SendDlgItemMessageA(HWND hDlg, int idItem, UINT uMsg, WPARAM wParam, LPARAM lParam);
+UT_IMPORT(USER32) BOOL UT_API SetDlgItemTextA(HWND hDlg, int idItem, LPCSTR psz);
+UT_IMPORT(USER32) UINT UT_API IsDlgButtonChecked(HWND hDlg, int idItem);
 
 #endif  // PLATFORM_WIN32_H
