@@ -19,6 +19,7 @@
 #include "tavkit/types.h"
 
 #include "tavkit/frame.h"
+#include "tavkit/multiasciiz.h"
 #include "tavkit/strings.h"
 
 #endif /* TAVKIT_H */

@@ -14,7 +14,10 @@ namespace test {
 #define TEST_OPERATIONS(X)                                                                         \
   X(CharNext) X(CharPrev) X(CharLast) X(CharNull) X(FindChar) X(FindRevChar) X(TruncateAtChar)     \
   X(SkipLeadChar) X(CountLeadChar) X(TrimChar) X(StringSize) X(IsNullOrEmptyString)                \
-  X(CopyMakeAsciiz) X(CopyString) X(CopyNonNullString)
+  X(CopyMakeAsciiz) X(CopyString) X(CopyNonNullString)                                             \
+  X(MultiAsciizSize) X(MultiAsciizStringCount) X(NextAsciiz) X(CopyNextAsciiz)                     \
+  X(AppendMultiAsciiz) X(ScanMultiAsciiz) X(InsertMultiAsciiz) X(RemoveMultiAsciiz)                \
+  X(Array2MultiAsciiz) X(MultiAsciiz2Array)
 
 struct ByteForm {
   using Char = CHAR;
