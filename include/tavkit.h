@@ -21,5 +21,6 @@
 #include "tavkit/frame.h"
 #include "tavkit/multiasciiz.h"
 #include "tavkit/strings.h"
+#include "tavkit/unc.h"
 
 #endif /* TAVKIT_H */

@@ -17,7 +17,9 @@ namespace test {
   X(CopyMakeAsciiz) X(CopyString) X(CopyNonNullString)                                             \
   X(MultiAsciizSize) X(MultiAsciizStringCount) X(NextAsciiz) X(CopyNextAsciiz)                     \
   X(AppendMultiAsciiz) X(ScanMultiAsciiz) X(InsertMultiAsciiz) X(RemoveMultiAsciiz)                \
-  X(Array2MultiAsciiz) X(MultiAsciiz2Array)
+  X(Array2MultiAsciiz) X(MultiAsciiz2Array)                                                        \
+  X(AppendPathComponent) X(BreakUNCName) X(SearchUNCName) X(CheckUNCName) X(BuildUNCName)          \
+  X(ServerName) X(ConvertServerName) X(ExtractServer) X(ExtractServerResource)
 
 struct ByteForm {
   using Char = CHAR;
