@@ -23,5 +23,8 @@
 #include "tavkit/netresource.h"
 #include "tavkit/strings.h"
 #include "tavkit/xbuf.h"
+#include "tavkit/multiasciiz.h"
+#include "tavkit/strings.h"
+#include "tavkit/unc.h"
 
 #endif /* TAVKIT_H */
