@@ -1,19 +1,20 @@
 /*
  * Path components and UNC names.
  *
- * A string is a UNC name if it begins with exactly two backslashes. It has up to three components, and
- * a run of backslashes between two of them counts as one separator:
+ * A string is a UNC name if it begins with exactly two backslashes. It has up to three components,
+ * and a run of backslashes between two of them counts as one separator:
  *
  *     \\server\resource\dir\file
  *       server, resource, path dir\file
  *
- * The path reaches to the end of the string, with whatever backslashes it holds. A forward slash is no
- * separator, and nothing else of a name is looked at. The resource separator is the first backslash of
- * the run behind the server, the path separator the first one of the run behind the resource.
+ * The path reaches to the end of the string, with whatever backslashes it holds. A forward slash is
+ * no separator, and nothing else of a name is looked at. The resource separator is the first
+ * backslash of the run behind the server, the path separator the first one of the run behind the
+ * resource.
  *
- * Double-byte characters in the byte forms: the leading backslashes are counted by characters, but a
- * separator is found by bytes, so a trail byte of 0x5C ends a component. utAppendPathComponent looks at
- * the last character: such a trail byte at the end of a path is no separator.
+ * Double-byte characters in the byte forms: the leading backslashes are counted by characters, but
+ * a separator is found by bytes, so a trail byte of 0x5C ends a component. utAppendPathComponent
+ * looks at the last character: such a trail byte at the end of a path is no separator.
  */
 #ifndef TAVKIT_UNC_H
 #define TAVKIT_UNC_H
@@ -29,11 +30,11 @@
 #define UT_SERVERNAME_UNC 1
 
 /**
- * Appends a component to a path, in place. Unless the path ends with a backslash it gets one, an empty
- * path too; then the component follows without its leading backslashes.
+ * Appends a component to a path, in place. Unless the path ends with a backslash it gets one, an
+ * empty path too; then the component follows without its leading backslashes.
  *
- * @param pszPath      writable string with room for one backslash, the component and the terminator;
- *                     NULL does nothing.
+ * @param pszPath      writable string with room for one backslash, the component and the
+ *                     terminator; NULL does nothing.
  * @param pszComponent the component; NULL or an empty one leaves the path with its backslash.
  */
 UT_EXPORT(56) void UT_API utAppendPathComponent(LPSTR pszPath, LPCSTR pszComponent);
@@ -41,20 +42,21 @@ UT_EXPORT(56) void UT_API utAppendPathComponent(LPSTR pszPath, LPCSTR pszCompone
 UT_EXPORT(230) void UT_API utAppendPathComponentW(LPWSTR pszPath, LPCWSTR pszComponent);
 
 /**
- * Copies the components of a name out. A component that the name doesn't have, or that is no UNC name,
- * comes as an empty string; one that is too long is cut, as utCopyMakeAsciiz does it. The result
- * depends on the name alone.
+ * Copies the components of a name out. A component that the name doesn't have comes as an empty
+ * string, and so do all three where the string is no UNC name. One that is too long is cut, as
+ * utCopyMakeAsciiz does it. The result depends on the name alone.
  *
  * @param pszName     the name; NULL gives 0 and touches no buffer.
  * @param pszServer   receives the server; NULL to leave it out.
- * @param cbServer    size of that buffer in bytes; with 0 it stays untouched. With UT_SIZE_UNCHECKED
- *                    the caller provides room for the component and its terminator.
+ * @param cbServer    size of that buffer in bytes; with 0 it stays untouched. With
+ *                    UT_SIZE_UNCHECKED the caller provides room for the component and its
+ *                    terminator.
  * @param pszResource receives the resource; likewise.
  * @param cbResource  size of that buffer; likewise.
  * @param pszPath     receives the path; likewise.
  * @param cbPath      size of that buffer; likewise.
- * @return UT_UNC_SERVER, UT_UNC_RESOURCE and UT_UNC_PATH, each for a component that has at least one
- *         character.
+ * @return UT_UNC_SERVER, UT_UNC_RESOURCE and UT_UNC_PATH, each for a component that has at least
+ *         one character.
  */
 UT_EXPORT(33) DWORD UT_API utBreakUNCName(LPCSTR pszName, LPSTR pszServer, DWORD cbServer,
                                           LPSTR pszResource, DWORD cbResource, LPSTR pszPath,
@@ -92,11 +94,12 @@ UT_EXPORT(34) DWORD UT_API utCheckUNCName(LPCSTR pszName);
 UT_EXPORT(252) DWORD UT_API utCheckUNCNameW(LPCWSTR pszName);
 
 /**
- * Composes a name. Each part loses its leading backslashes. A resource or path that isn't NULL gets its
- * separator even if it is empty, and without a server the name begins with a single backslash.
+ * Composes a name. Each part loses its leading backslashes. A resource or path that isn't NULL gets
+ * its separator even if it is empty, and without a server the name begins with a single backslash.
  *
- * The room asked for counts two bytes and the name for a server, one byte and the name for a resource
- * or path, and one byte for the terminator of a name that isn't empty: never less than is written.
+ * The room asked for counts two bytes and the name for a server, one byte and the name for a
+ * resource or path, and one byte for the terminator of a name that isn't empty: never less than is
+ * written.
  *
  * @param pszOut      receives the name; NULL is refused. The parts don't overlap it.
  * @param cbOut       its size in bytes; 0 is refused. UT_SIZE_UNCHECKED covers any name.
@@ -112,12 +115,12 @@ UT_EXPORT(250) BOOL UT_API utBuildUNCNameW(LPWSTR pszOut, DWORD cbOut, LPCWSTR p
                                            LPCWSTR pszResource, LPCWSTR pszPath);
 
 /**
- * Writes a server name in one of two forms. It loses its leading backslashes, and gets exactly two with
- * UT_SERVERNAME_UNC.
+ * Writes a server name in one of two forms. It loses its leading backslashes, and gets exactly two
+ * with UT_SERVERNAME_UNC.
  *
  * The room asked for counts the name as it is passed, with its leading backslashes, the two that
- * nForm adds, and the terminator: \\srv asks for 8 bytes with UT_SERVERNAME_UNC, and 6 are written. An
- * empty name asks for what is written, 3 bytes or 1.
+ * nForm adds, and the terminator: \\srv asks for 8 bytes with UT_SERVERNAME_UNC, and 6 are written.
+ * An empty name asks for what is written, 3 bytes or 1.
  *
  * @param pszServer the name; NULL gives 0 and an empty pszOut.
  * @param nForm     UT_SERVERNAME_UNC, or any other value for the name alone.
@@ -130,9 +133,9 @@ UT_EXPORT(35) BOOL UT_API utServerName(LPCSTR pszServer, INT nForm, LPSTR pszOut
 UT_EXPORT(253) BOOL UT_API utServerNameW(LPCWSTR pszServer, INT nForm, LPWSTR pszOut, DWORD cbOut);
 
 /**
- * Brings a server name into one of the two forms of utServerName, in place. A name, with its leading
- * backslashes, of more than 61 characters with UT_SERVERNAME_UNC, or of more than 63 with any other
- * form, becomes empty.
+ * Brings a server name into one of the two forms of utServerName, in place. A name, with its
+ * leading backslashes, of more than 61 characters with UT_SERVERNAME_UNC, or of more than 63 with
+ * any other form, becomes empty.
  *
  * @param pszServer writable string, not NULL; with UT_SERVERNAME_UNC it has room for two characters
  *                  more. Nothing behind the new terminator is touched.
@@ -147,8 +150,8 @@ UT_EXPORT(257) void UT_API utConvertServerNameW(LPWSTR pszServer, INT nForm);
  *
  * @param pszName the name; NULL, or one that is no UNC name, gives 0 and leaves pszOut alone.
  * @param pszOut  receives \\server, cut to fit; NULL is refused.
- * @param cbOut   its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED the caller provides room for
- *                the part and two terminators.
+ * @param cbOut   its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED the caller provides room
+ *                for the part and two terminators.
  * @return 1 if something was copied, else 0.
  */
 UT_EXPORT(37) BOOL UT_API utExtractServer(LPCSTR pszName, LPSTR pszOut, DWORD cbOut);
@@ -158,7 +161,8 @@ UT_EXPORT(255) BOOL UT_API utExtractServerW(LPCWSTR pszName, LPWSTR pszOut, DWOR
 /**
  * Cuts server and resource out of a name, with all backslashes in front of them and between them.
  *
- * @param pszName the name; NULL, or one without a resource separator, gives 0 and leaves pszOut alone.
+ * @param pszName the name; NULL, or one without a resource separator, gives 0 and leaves pszOut
+ *                alone.
  * @param pszOut  receives \\server\resource, cut to fit; NULL is refused.
  * @param cbOut   as for utExtractServer.
  * @return 1 if something was copied, else 0.
