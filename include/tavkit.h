@@ -18,13 +18,12 @@
 
 #include "tavkit/types.h"
 
-#include "tavkit/dialog.h"
 #include "tavkit/frame.h"
-#include "tavkit/netresource.h"
 #include "tavkit/strings.h"
-#include "tavkit/xbuf.h"
 #include "tavkit/multiasciiz.h"
-#include "tavkit/strings.h"
 #include "tavkit/unc.h"
+#include "tavkit/xbuf.h"
+#include "tavkit/netresource.h"
+#include "tavkit/dialog.h"
 
 #endif /* TAVKIT_H */
