@@ -26,5 +26,6 @@
 #include "tavkit/multiasciiz.h"
 #include "tavkit/strings.h"
 #include "tavkit/unc.h"
+#include "tavkit/convert.h"
 
 #endif /* TAVKIT_H */

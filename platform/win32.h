@@ -81,4 +81,32 @@ LRESULT UT_API SendDlgItemMessageA(HWND hDlg, int idItem, UINT uMsg, WPARAM wPar
 UT_IMPORT(USER32) BOOL UT_API SetDlgItemTextA(HWND hDlg, int idItem, LPCSTR psz);
 UT_IMPORT(USER32) UINT UT_API IsDlgButtonChecked(HWND hDlg, int idItem);
 
+// The system's version.
+struct OSVERSIONINFOA {
+  DWORD dwOSVersionInfoSize;  // in bytes, set by the caller
+  DWORD dwMajorVersion;
+  DWORD dwMinorVersion;
+  DWORD dwBuildNumber;
+  DWORD dwPlatformId;
+  CHAR szCSDVersion[128];
+};
+static_assert(sizeof(OSVERSIONINFOA) == 148);
+inline constexpr DWORD VER_PLATFORM_WIN32_NT = 2;
+
+// Non-zero on success.
+UT_IMPORT(KERNEL32) BOOL UT_API GetVersionExA(OSVERSIONINFOA* lpVersionInformation);
+
+// Conversion between a code page and wide strings. A source count of -1 stands for a string and its
+// terminator. Both give the units stored, 0 on failure; with a target of 0 units, those needed.
+inline constexpr UINT CP_ACP = 0;  // the active code page
+inline constexpr DWORD MB_PRECOMPOSED = 1;
+inline constexpr DWORD MB_ERR_INVALID_CHARS = 8;
+UT_IMPORT(KERNEL32)
+int UT_API MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteStr, int cbMultiByte,
+                               LPWSTR lpWideCharStr, int cchWideChar);
+UT_IMPORT(KERNEL32)
+int UT_API WideCharToMultiByte(UINT CodePage, DWORD dwFlags, LPCWSTR lpWideCharStr, int cchWideChar,
+                               LPSTR lpMultiByteStr, int cbMultiByte, LPCSTR lpDefaultChar,
+                               BOOL* lpUsedDefaultChar);
+
 #endif  // PLATFORM_WIN32_H
