@@ -26,6 +26,7 @@
 #include "tavkit/multiasciiz.h"
 #include "tavkit/strings.h"
 #include "tavkit/unc.h"
+#include "tavkit/time.h"
 #include "tavkit/convert.h"
 
 #endif /* TAVKIT_H */

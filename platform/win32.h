@@ -109,4 +109,30 @@ int UT_API WideCharToMultiByte(UINT CodePage, DWORD dwFlags, LPCWSTR lpWideCharS
                                LPSTR lpMultiByteStr, int cbMultiByte, LPCSTR lpDefaultChar,
                                BOOL* lpUsedDefaultChar);
 
+// Time conversions, each non-zero on success.
+UT_IMPORT(KERNEL32)
+BOOL UT_API SystemTimeToFileTime(const SYSTEMTIME* lpSystemTime, LPFILETIME lpFileTime);
+UT_IMPORT(KERNEL32)
+BOOL UT_API FileTimeToSystemTime(const FILETIME* lpFileTime, LPSYSTEMTIME lpSystemTime);
+UT_IMPORT(KERNEL32)
+BOOL UT_API DosDateTimeToFileTime(WORD wFatDate, WORD wFatTime, LPFILETIME lpFileTime);
+UT_IMPORT(KERNEL32)
+BOOL UT_API FileTimeToDosDateTime(const FILETIME* lpFileTime, LPWORD lpFatDate, LPWORD lpFatTime);
+UT_IMPORT(KERNEL32)
+BOOL UT_API LocalFileTimeToFileTime(const FILETIME* lpLocalFileTime, LPFILETIME lpFileTime);
+UT_IMPORT(KERNEL32)
+BOOL UT_API FileTimeToLocalFileTime(const FILETIME* lpFileTime, LPFILETIME lpLocalFileTime);
+
+// The user's settings, as text. The bytes stored, terminator included, or 0 on failure; with a size
+// of 0, the bytes needed.
+using LCTYPE = DWORD;
+inline constexpr DWORD LOCALE_USER_DEFAULT = 0x400;
+inline constexpr LCTYPE LOCALE_ITIME = 0x23;              // "0": 12 hours, "1": 24 hours
+inline constexpr LCTYPE LOCALE_SDAYNAME1 = 0x2A;          // Monday; six more follow
+inline constexpr LCTYPE LOCALE_SABBREVDAYNAME1 = 0x31;    // Monday; six more follow
+inline constexpr LCTYPE LOCALE_SMONTHNAME1 = 0x38;        // January; eleven more follow
+inline constexpr LCTYPE LOCALE_SABBREVMONTHNAME1 = 0x44;  // January; eleven more follow
+UT_IMPORT(KERNEL32)
+int UT_API GetLocaleInfoA(DWORD Locale, LCTYPE LCType, LPSTR lpLCData, int cchData);
+
 #endif  // PLATFORM_WIN32_H
