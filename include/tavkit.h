@@ -25,5 +25,7 @@
 #include "tavkit/xbuf.h"
 #include "tavkit/netresource.h"
 #include "tavkit/dialog.h"
+#include "tavkit/time.h"
+#include "tavkit/convert.h"
 
 #endif /* TAVKIT_H */

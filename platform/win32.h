@@ -81,4 +81,58 @@ LRESULT UT_API SendDlgItemMessageA(HWND hDlg, int idItem, UINT uMsg, WPARAM wPar
 UT_IMPORT(USER32) BOOL UT_API SetDlgItemTextA(HWND hDlg, int idItem, LPCSTR psz);
 UT_IMPORT(USER32) UINT UT_API IsDlgButtonChecked(HWND hDlg, int idItem);
 
+// The system's version.
+struct OSVERSIONINFOA {
+  DWORD dwOSVersionInfoSize;  // in bytes, set by the caller
+  DWORD dwMajorVersion;
+  DWORD dwMinorVersion;
+  DWORD dwBuildNumber;
+  DWORD dwPlatformId;
+  CHAR szCSDVersion[128];
+};
+static_assert(sizeof(OSVERSIONINFOA) == 148);
+inline constexpr DWORD VER_PLATFORM_WIN32_NT = 2;
+
+// Non-zero on success.
+UT_IMPORT(KERNEL32) BOOL UT_API GetVersionExA(OSVERSIONINFOA* lpVersionInformation);
+
+// Conversion between a code page and wide strings. A source count of -1 stands for a string and its
+// terminator. Both give the units stored, 0 on failure; with a target of 0 units, those needed.
+inline constexpr UINT CP_ACP = 0;  // the active code page
+inline constexpr DWORD MB_PRECOMPOSED = 1;
+inline constexpr DWORD MB_ERR_INVALID_CHARS = 8;
+UT_IMPORT(KERNEL32)
+int UT_API MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteStr, int cbMultiByte,
+                               LPWSTR lpWideCharStr, int cchWideChar);
+UT_IMPORT(KERNEL32)
+int UT_API WideCharToMultiByte(UINT CodePage, DWORD dwFlags, LPCWSTR lpWideCharStr, int cchWideChar,
+                               LPSTR lpMultiByteStr, int cbMultiByte, LPCSTR lpDefaultChar,
+                               BOOL* lpUsedDefaultChar);
+
+// Time conversions, each non-zero on success.
+UT_IMPORT(KERNEL32)
+BOOL UT_API SystemTimeToFileTime(const SYSTEMTIME* lpSystemTime, LPFILETIME lpFileTime);
+UT_IMPORT(KERNEL32)
+BOOL UT_API FileTimeToSystemTime(const FILETIME* lpFileTime, LPSYSTEMTIME lpSystemTime);
+UT_IMPORT(KERNEL32)
+BOOL UT_API DosDateTimeToFileTime(WORD wFatDate, WORD wFatTime, LPFILETIME lpFileTime);
+UT_IMPORT(KERNEL32)
+BOOL UT_API FileTimeToDosDateTime(const FILETIME* lpFileTime, LPWORD lpFatDate, LPWORD lpFatTime);
+UT_IMPORT(KERNEL32)
+BOOL UT_API LocalFileTimeToFileTime(const FILETIME* lpLocalFileTime, LPFILETIME lpFileTime);
+UT_IMPORT(KERNEL32)
+BOOL UT_API FileTimeToLocalFileTime(const FILETIME* lpFileTime, LPFILETIME lpLocalFileTime);
+
+// The user's settings, as text. The bytes stored, terminator included, or 0 on failure; with a size
+// of 0, the bytes needed.
+using LCTYPE = DWORD;
+inline constexpr DWORD LOCALE_USER_DEFAULT = 0x400;
+inline constexpr LCTYPE LOCALE_ITIME = 0x23;              // "0": 12 hours, "1": 24 hours
+inline constexpr LCTYPE LOCALE_SDAYNAME1 = 0x2A;          // Monday; six more follow
+inline constexpr LCTYPE LOCALE_SABBREVDAYNAME1 = 0x31;    // Monday; six more follow
+inline constexpr LCTYPE LOCALE_SMONTHNAME1 = 0x38;        // January; eleven more follow
+inline constexpr LCTYPE LOCALE_SABBREVMONTHNAME1 = 0x44;  // January; eleven more follow
+UT_IMPORT(KERNEL32)
+int UT_API GetLocaleInfoA(DWORD Locale, LCTYPE LCType, LPSTR lpLCData, int cchData);
+
 #endif  // PLATFORM_WIN32_H
