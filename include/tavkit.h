@@ -19,6 +19,7 @@
 #include "tavkit/types.h"
 
 #include "tavkit/frame.h"
+#include "tavkit/registry.h"
 #include "tavkit/strings.h"
 
 #endif /* TAVKIT_H */

@@ -32,4 +32,23 @@ UT_IMPORT(KERNEL32) int UT_API lstrcmpiA(LPCSTR psz1, LPCSTR psz2);
 UT_IMPORT(KERNEL32) int UT_API lstrcmpW(LPCWSTR psz1, LPCWSTR psz2);
 UT_IMPORT(KERNEL32) int UT_API lstrcmpiW(LPCWSTR psz1, LPCWSTR psz2);
 
+// The registry. RegCreateKeyExA takes the record of security attributes untyped: it is always NULL.
+inline constexpr DWORD REG_OPTION_NON_VOLATILE = 0;
+UT_IMPORT(ADVAPI32)
+LONG UT_API RegOpenKeyExA(HKEY hKey, LPCSTR pszSubKey, DWORD dwOptions, REGSAM samDesired,
+                          PHKEY phkResult);
+UT_IMPORT(ADVAPI32)
+LONG UT_API RegCreateKeyExA(HKEY hKey, LPCSTR pszSubKey, DWORD dwReserved, LPSTR pszClass,
+                            DWORD dwOptions, REGSAM samDesired, LPVOID pSecurityAttributes,
+                            PHKEY phkResult, LPDWORD pdwDisposition);
+UT_IMPORT(ADVAPI32)
+LONG UT_API RegQueryValueExA(HKEY hKey, LPCSTR pszValueName, LPDWORD pdwReserved, LPDWORD pdwType,
+                             LPBYTE pData, LPDWORD pcbData);
+UT_IMPORT(ADVAPI32)
+LONG UT_API RegSetValueExA(HKEY hKey, LPCSTR pszValueName, DWORD dwReserved, DWORD dwType,
+                           const BYTE* pData, DWORD cbData);
+UT_IMPORT(ADVAPI32) LONG UT_API RegDeleteValueA(HKEY hKey, LPCSTR pszValueName);
+UT_IMPORT(ADVAPI32) LONG UT_API RegDeleteKeyA(HKEY hKey, LPCSTR pszSubKey);
+UT_IMPORT(ADVAPI32) LONG UT_API RegCloseKey(HKEY hKey);
+
 #endif  // PLATFORM_WIN32_H

@@ -56,6 +56,22 @@ int Compare(Pointer psz1, Pointer psz2, bool ignoreCase) {
 }
 
 }  // namespace
+
+std::size_t CharacterLength(std::string_view text, std::size_t at) {
+  const bool hasTrail = at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) >= 0x40;
+  return hasTrail && IsLeadByte(static_cast<unsigned char>(text[at])) ? 2 : 1;
+}
+
+std::string FoldName(std::string_view name) {
+  std::string folded(name);
+  for (std::size_t at = 0, length = 0; at < folded.size(); at += length) {
+    length = CharacterLength(folded, at);
+    if (length > 1) continue;
+    folded[at] = static_cast<char>(UpperCaseByte(static_cast<unsigned char>(folded[at])));
+  }
+  return folded;
+}
+
 }  // namespace host
 
 int UT_API lstrlenA(LPCSTR psz) {

@@ -2,6 +2,7 @@
 // TAVKIT_DLL names.
 #include <gtest/gtest.h>
 #include <host.h>
+#include <registry.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -55,9 +56,10 @@ static bool Connect() {
 
 namespace {
 
-// Every test begins with the platform layer as it is at program start.
+// Every test begins with the platform layer as it is at program start, and ends with no open key.
 class FreshPlatform : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override { host::Reset(); }
+  void OnTestEnd(const testing::TestInfo&) override { EXPECT_EQ(host::LivingKeyHandles(), 0u); }
 };
 
 }  // namespace
