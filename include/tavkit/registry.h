@@ -86,12 +86,11 @@ UT_EXPORT(42) DWORD UT_API utRegDeleteValue(HKEY hKey, LPCSTR pszSubKey, LPCSTR 
 
 /**
  * Reads a text, or puts a default in its place. Only REG_SZ is taken. The value is read straight
- * into pszBuffer and gets no terminator that it was not stored with: a text stored without one
- * leaves the buffer without one, wherever the caller's own bytes don't happen to end it.
+ * into pszBuffer and gets no terminator: a text that was stored without one has none there either.
  *
  * @param hKey, pszSubKey, pszValueName the value.
- * @param pszDefault the text to store at a failure, cut to fit as by utCopyString; NULL for an
- * empty one. It must not lie in pszBuffer.
+ * @param pszDefault the text to store at a failure, cut to fit as by utCopyString; NULL for
+ *                   an empty one. It must not lie in pszBuffer.
  * @param pszBuffer  receives the text; with NULL nothing is stored.
  * @param cbBuffer   its size in bytes. With 0 nothing is stored; with UT_SIZE_UNCHECKED the caller
  *                   provides room for any stored value and for the default's length + 2 bytes.
@@ -109,8 +108,8 @@ DWORD UT_API utRegGetValueString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueNam
  * @param hKey, pszSubKey, pszValueName the value.
  * @param dwDefault the number to store at a failure.
  * @param pdwValue  receives the number; not NULL.
- * @return 0; ERROR_INVALID_DATA for a value of another type; ERROR_MORE_DATA for one of any type
- * and of more than four bytes; or another code of utRegQueryValue.
+ * @return 0; ERROR_INVALID_DATA for a value of another type; ERROR_MORE_DATA for one of more than
+ *         four bytes, whatever its type; or another code of utRegQueryValue.
  */
 UT_EXPORT(111)
 DWORD UT_API utRegGetValueDword(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, DWORD dwDefault,
@@ -126,7 +125,7 @@ DWORD UT_API utRegGetValueDword(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName
  * @param fDefault what to store at a failure, exactly as it comes.
  * @param pfValue  receives 1 or 0, or fDefault; not NULL.
  * @return 0; ERROR_INVALID_DATA for a value that stands for no boolean; ERROR_MORE_DATA for one of
- *         any type and of more than 48 bytes; or another code of utRegQueryValue.
+ *         more than 48 bytes, whatever its type; or another code of utRegQueryValue.
  */
 UT_EXPORT(112)
 DWORD UT_API utRegGetValueBool(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, BOOL fDefault,

@@ -3,7 +3,6 @@
 #define PLATFORM_HOST_CODEPAGE_H
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 
 namespace host {
@@ -18,9 +17,6 @@ bool IsLeadByte(unsigned char byte);
 
 // Bytes of the character at a place in a text: 2 for a lead byte and a byte that can follow one.
 std::size_t CharacterLength(std::string_view text, std::size_t at);
-
-// The text in upper case; two names count as the same if that is.
-std::string FoldName(std::string_view name);
 
 }  // namespace host
 

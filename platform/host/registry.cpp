@@ -7,6 +7,7 @@
 
 #include "codepage.h"
 #include "host.h"
+#include "text.h"
 
 namespace host {
 namespace {

@@ -406,7 +406,12 @@ RegistryFile::RegistryFile(std::string path) : path_(std::move(path)) {
 }
 
 void RegistryFile::Save() const {
-  const std::string content = FormatRegistry(*CurrentRegistry());
+  std::string content;
+  try {
+    content = FormatRegistry(*CurrentRegistry());
+  } catch (const RegistryFileError& error) {
+    throw RegistryFileError(0, path_ + ": can't be saved: " + error.what());
+  }
   const std::string fresh = path_ + ".new";
   const Descriptor file(fresh, O_WRONLY | O_CREAT | O_TRUNC);
   if (!file.IsOpen()) RefuseFile(fresh, "can't be opened");

@@ -30,7 +30,7 @@ class RegistryFileError : public std::runtime_error {
   unsigned line_;
 };
 
-// Larger files and files with more keys are refused.
+// Larger files, and files with more keys, are refused.
 inline constexpr std::size_t kMaxRegistryFileSize = 4u << 20;
 inline constexpr std::size_t kMaxRegistryFileKeys = 65536;
 

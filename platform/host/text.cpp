@@ -1,6 +1,8 @@
 // Strings in the platform's rules. Two strings compare equal without regard to case if they are the
 // same after every letter was made upper case; the trail byte of a double-byte character is no
 // letter.
+#include "text.h"
+
 #include <locale.h>
 #include <wctype.h>
 
@@ -56,11 +58,6 @@ int Compare(Pointer psz1, Pointer psz2, bool ignoreCase) {
 }
 
 }  // namespace
-
-std::size_t CharacterLength(std::string_view text, std::size_t at) {
-  const bool hasTrail = at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) >= 0x40;
-  return hasTrail && IsLeadByte(static_cast<unsigned char>(text[at])) ? 2 : 1;
-}
 
 std::string FoldName(std::string_view name) {
   std::string folded(name);
