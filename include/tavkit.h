@@ -24,8 +24,9 @@
 #include "tavkit/unc.h"
 #include "tavkit/xbuf.h"
 #include "tavkit/netresource.h"
-#include "tavkit/dialog.h"
+#include "tavkit/registry.h"
 #include "tavkit/time.h"
+#include "tavkit/dialog.h"
 #include "tavkit/convert.h"
 
 #endif /* TAVKIT_H */

@@ -36,6 +36,7 @@ UT_IMPORT(KERNEL32) int UT_API lstrcmpiW(LPCWSTR psz1, LPCWSTR psz2);
 inline constexpr UINT LMEM_ZEROINIT = 0x40;
 UT_IMPORT(KERNEL32) HANDLE UT_API LocalAlloc(UINT uFlags, DWORD cbBlock);
 UT_IMPORT(KERNEL32) HANDLE UT_API LocalFree(HANDLE hBlock);
+
 // Windows. Rectangles and points are in pixels.
 using WPARAM = uintptr_t;
 using LPARAM = intptr_t;
@@ -134,5 +135,24 @@ inline constexpr LCTYPE LOCALE_SMONTHNAME1 = 0x38;        // January; eleven mor
 inline constexpr LCTYPE LOCALE_SABBREVMONTHNAME1 = 0x44;  // January; eleven more follow
 UT_IMPORT(KERNEL32)
 int UT_API GetLocaleInfoA(DWORD Locale, LCTYPE LCType, LPSTR lpLCData, int cchData);
+
+// The registry. RegCreateKeyExA takes the record of security attributes untyped: it is always NULL.
+inline constexpr DWORD REG_OPTION_NON_VOLATILE = 0;
+UT_IMPORT(ADVAPI32)
+LONG UT_API RegOpenKeyExA(HKEY hKey, LPCSTR pszSubKey, DWORD dwOptions, REGSAM samDesired,
+                          PHKEY phkResult);
+UT_IMPORT(ADVAPI32)
+LONG UT_API RegCreateKeyExA(HKEY hKey, LPCSTR pszSubKey, DWORD dwReserved, LPSTR pszClass,
+                            DWORD dwOptions, REGSAM samDesired, LPVOID pSecurityAttributes,
+                            PHKEY phkResult, LPDWORD pdwDisposition);
+UT_IMPORT(ADVAPI32)
+LONG UT_API RegQueryValueExA(HKEY hKey, LPCSTR pszValueName, LPDWORD pdwReserved, LPDWORD pdwType,
+                             LPBYTE pData, LPDWORD pcbData);
+UT_IMPORT(ADVAPI32)
+LONG UT_API RegSetValueExA(HKEY hKey, LPCSTR pszValueName, DWORD dwReserved, DWORD dwType,
+                           const BYTE* pData, DWORD cbData);
+UT_IMPORT(ADVAPI32) LONG UT_API RegDeleteValueA(HKEY hKey, LPCSTR pszValueName);
+UT_IMPORT(ADVAPI32) LONG UT_API RegDeleteKeyA(HKEY hKey, LPCSTR pszSubKey);
+UT_IMPORT(ADVAPI32) LONG UT_API RegCloseKey(HKEY hKey);
 
 #endif  // PLATFORM_WIN32_H

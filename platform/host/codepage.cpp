@@ -54,6 +54,11 @@ bool IsLeadByte(unsigned char byte) {
   return false;
 }
 
+std::size_t CharacterLength(std::string_view text, std::size_t at) {
+  const bool hasTrail = at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) >= 0x40;
+  return hasTrail && IsLeadByte(static_cast<unsigned char>(text[at])) ? 2 : 1;
+}
+
 }  // namespace host
 
 LPSTR UT_API CharNextA(LPCSTR psz) {

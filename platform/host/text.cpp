@@ -1,6 +1,8 @@
 // Strings in the platform's rules. Two strings compare equal without regard to case if they are the
 // same after every letter was made upper case; the trail byte of a double-byte character is no
 // letter.
+#include "text.h"
+
 #include <locale.h>
 #include <wctype.h>
 
@@ -57,6 +59,17 @@ int Compare(Pointer psz1, Pointer psz2, bool ignoreCase) {
 }
 
 }  // namespace
+
+std::string FoldName(std::string_view name) {
+  std::string folded(name);
+  for (std::size_t at = 0, length = 0; at < folded.size(); at += length) {
+    length = CharacterLength(folded, at);
+    if (length > 1) continue;
+    folded[at] = static_cast<char>(UpperCaseByte(static_cast<unsigned char>(folded[at])));
+  }
+  return folded;
+}
+
 }  // namespace host
 
 int UT_API lstrlenA(LPCSTR psz) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <heap.h>
 #include <host.h>
+#include <registry.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -56,12 +57,14 @@ static bool Connect() {
 
 namespace {
 
-// Every test begins with the platform layer as it is at program start, and leaves no memory behind.
+// Every test begins with the platform layer as it is at program start, and leaves no memory and no open
+// key behind.
 class FreshPlatform : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override { host::Reset(); }
   void OnTestEnd(const testing::TestInfo&) override {
     EXPECT_EQ(host::LivingBlocks(), 0u);
     EXPECT_EQ(host::HeapError(), "");
+    EXPECT_EQ(host::LivingKeyHandles(), 0u);
   }
 };
 
