@@ -19,7 +19,14 @@
 #include "tavkit/types.h"
 
 #include "tavkit/frame.h"
-#include "tavkit/registry.h"
 #include "tavkit/strings.h"
+#include "tavkit/multiasciiz.h"
+#include "tavkit/unc.h"
+#include "tavkit/xbuf.h"
+#include "tavkit/netresource.h"
+#include "tavkit/registry.h"
+#include "tavkit/dialog.h"
+#include "tavkit/time.h"
+#include "tavkit/convert.h"
 
 #endif /* TAVKIT_H */

@@ -1,14 +1,20 @@
 # What the scripts share. To be sourced from the project's folder.
 
-# build PRESET [TARGET...]: configures a build if need be, and builds. Quiet but for its progress;
-# where it fails, the compiler's words are printed.
+# Shows progress on a terminal, and keeps all of it in a file.
+logged() {
+  local log=$1; shift
+  if [ -t 1 ]; then "$@" 2>&1 | tee "$log"; else "$@" >"$log" 2>&1; fi
+}
+
+# build PRESET [TARGET...]: configures a build if need be, and builds. Where that fails, the compiler's
+# words are printed.
 build() {
   local preset=$1 log; shift
   log=build/$preset.log
   mkdir -p build
   echo "building: $preset"
-  if ! { [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset"; } >"$log" 2>&1 ||
-     ! cmake --build "build/$preset" ${1:+--target "$@"} >"$log" 2>&1; then
+  if ! { [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >"$log" 2>&1; } ||
+     ! logged "$log" cmake --build "build/$preset" ${1:+--target "$@"}; then
     grep -vE '^\[[0-9]+/[0-9]+\] (Building|Generating|Linking|Re-checking)' "$log" | tail -n 60 >&2
     echo "the build \"$preset\" failed; all it printed stands in $log" >&2
     return 1

@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 
 #include "pe_format.h"
 
@@ -80,7 +79,7 @@ void CheckOptionalHeader(const pe::OptionalHeader& header, std::size_t fileSize)
           "the section alignment is not a power of two of at least a page");
   Require(
       header.imageSize != 0 && header.imageSize % kPage == 0 && header.imageSize <= kMaxImageSize,
-      "the image size is zero, odd or too large");
+      "the image size is zero, no multiple of a page, or too large");
   Require(header.headersSize <= fileSize && header.headersSize <= header.imageSize,
           "the headers are larger than the file or the image");
   for (const auto unsupported : {pe::kTls, pe::kDelayImports, pe::kClr}) {
@@ -93,6 +92,9 @@ void CheckSection(const pe::SectionHeader& section, std::uint32_t lowestRva, con
                   const pe::OptionalHeader& header) {
   Require(section.rva >= lowestRva && section.rva % header.sectionAlignment == 0,
           "a section is misaligned or overlaps what stands before it");
+  Require((section.characteristics & pe::kSectionWrite) == 0 ||
+              (section.characteristics & pe::kSectionExecute) == 0,
+          "a section is both writable and executable");
   const std::uint32_t size = std::max(section.virtualSize, section.fileSize);
   Require(section.rva <= header.imageSize && size <= header.imageSize - section.rva,
           "a section lies outside the image");
@@ -121,11 +123,7 @@ Headers ReadHeaders(const View& file) {
 
   headers.optional = file.At<pe::OptionalHeader>(offset, "the optional header");
   CheckOptionalHeader(headers.optional, file.size());
-  const std::uint32_t checksum = headers.optional.checksum;
-  Require(checksum == 0 ||
-              checksum == ImageChecksum({file.Range(0, file.size(), "the file"), file.size()},
-                                        offset + offsetof(pe::OptionalHeader, checksum)),
-          "the checksum does not match: the file was changed or cut after it was linked");
+  const std::size_t checksumOffset = offset + offsetof(pe::OptionalHeader, checksum);
   offset += sizeof(pe::OptionalHeader);
 
   std::uint32_t lowestRva = headers.optional.headersSize;
@@ -137,6 +135,10 @@ Headers ReadHeaders(const View& file) {
   }
   Require(!headers.sections.empty(), "the image has no section");
   Require(offset <= headers.optional.headersSize, "the section table lies outside the headers");
+  const std::uint32_t checksum = headers.optional.checksum;
+  const std::span whole(file.Range(0, file.size(), "the file"), file.size());
+  Require(checksum == 0 || checksum == ImageChecksum(whole, checksumOffset),
+          "the checksum does not match: the file was changed or cut after it was linked");
   return headers;
 }
 
@@ -156,6 +158,7 @@ void Relocate(const View& view, const Headers& headers, const Mapping& image) {
   const auto delta = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(image.data())) -
                      headers.optional.imageBase;
   const auto directory = headers.Directory(pe::kRelocations);
+  Require(directory.size != 0 || delta == 0, "the image has no relocations");
   view.Range(directory.rva, directory.size, "the relocation directory");
   for (std::uint32_t done = 0; done < directory.size;) {
     const std::uint32_t start = directory.rva + done;
@@ -178,19 +181,30 @@ void Relocate(const View& view, const Headers& headers, const Mapping& image) {
   }
 }
 
-void BindModule(const View& view, const pe::ImportDescriptor& descriptor, const Mapping& image,
-                const ImportResolver& resolve) {
+// Whether a range lies in one section that holds data, not code.
+bool IsInData(std::size_t rva, std::size_t length, const Headers& headers) {
+  return std::any_of(headers.sections.begin(), headers.sections.end(), [=](const auto& section) {
+    return (section.characteristics & pe::kSectionExecute) == 0 && rva >= section.rva &&
+           rva - section.rva + length <= section.virtualSize;
+  });
+}
+
+void BindModule(const View& view, const pe::ImportDescriptor& descriptor, const Headers& headers,
+                const Mapping& image, const ImportResolver& resolve) {
   const std::string module(view.Text(descriptor.name, "an imported module's name"));
+  Require(descriptor.addressTable % 4 == 0, "an import address table is misaligned");
   const std::size_t lookups =
       descriptor.lookupTable != 0 ? descriptor.lookupTable : descriptor.addressTable;
   for (std::size_t at = 0;; at += 4) {
     const auto lookup = view.At<std::uint32_t>(lookups + at, "an import lookup table");
+    Require(lookup != 0 || at != 0, "a module is imported without an operation");
     if (lookup == 0) return;
     Require((lookup & pe::kImportByOrdinal) == 0, "an import goes by ordinal");
     const std::string name(view.Text(std::size_t{lookup} + 2, "an import's name"));
     void* const address = resolve(module, name);
     if (address == nullptr) Refuse("nothing provides the import " + module + "!" + name);
-    view.Range(descriptor.addressTable + at, sizeof address, "an import address table");
+    Require(IsInData(descriptor.addressTable + at, sizeof address, headers),
+            "an import address table lies outside the data");
     std::memcpy(image.data() + descriptor.addressTable + at, &address, sizeof address);
   }
 }
@@ -198,11 +212,16 @@ void BindModule(const View& view, const pe::ImportDescriptor& descriptor, const 
 void BindImports(const View& view, const Headers& headers, const Mapping& image,
                  const ImportResolver& resolve) {
   const auto directory = headers.Directory(pe::kImports);
-  if (directory.rva == 0) return;
-  for (std::size_t at = directory.rva;; at += sizeof(pe::ImportDescriptor)) {
-    const auto descriptor = view.At<pe::ImportDescriptor>(at, "the import directory");
-    if (descriptor.name == 0) return;
-    BindModule(view, descriptor, image, resolve);
+  if (directory.rva == 0) {
+    Require(headers.Directory(pe::kImportAddresses).rva == 0, "the import directory is missing");
+    return;
+  }
+  for (std::size_t at = 0;; at += sizeof(pe::ImportDescriptor)) {
+    Require(at + sizeof(pe::ImportDescriptor) <= directory.size, "the import directory has no end");
+    const auto descriptor =
+        view.At<pe::ImportDescriptor>(directory.rva + at, "the import directory");
+    if (descriptor.name == 0 && descriptor.addressTable == 0) return;
+    BindModule(view, descriptor, headers, image, resolve);
   }
 }
 
@@ -235,6 +254,7 @@ unsigned ReadExports(const View& view, const Headers& headers,
                      std::map<std::string, std::uint32_t, std::less<>>& names) {
   const auto directory = headers.Directory(pe::kExports);
   if (directory.rva == 0) return 0;
+  Require(directory.size >= sizeof(pe::ExportDirectory), "the export directory is too small");
   const auto table = view.At<pe::ExportDirectory>(directory.rva, "the export directory");
   Require(table.functionCount <= 0x10000 && table.nameCount <= 0x10000,
           "the export table has too many entries");
@@ -283,7 +303,11 @@ void Mapping::Protect(std::size_t offset, std::size_t length, int rights) const 
 std::vector<unsigned char> ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) Refuse(path + " can't be opened: " + std::strerror(errno));
-  std::vector<unsigned char> bytes{std::istreambuf_iterator<char>(file), {}};
+  std::vector<unsigned char> bytes;
+  char block[65536];
+  while (file.read(block, sizeof block), file.gcount() > 0) {
+    bytes.insert(bytes.end(), block, block + file.gcount());
+  }
   if (file.bad()) Refuse(path + " can't be read: " + std::strerror(errno));
   return bytes;
 }
@@ -317,7 +341,10 @@ Module::Module(std::span<const unsigned char> bytes, const ImportResolver& resol
   }
   ProtectSections(headers, image_);
   if (entryCalls == EntryCalls::kSkip) return;
-  Require(CallEntry(handle(), DLL_PROCESS_ATTACH) != 0, "the module entry refused the load");
+  if (!CallEntry(handle(), DLL_PROCESS_ATTACH)) {
+    CallEntry(handle(), DLL_PROCESS_DETACH);  // as the platform does after a refusal
+    Refuse("the module entry refused the load");
+  }
   attached_ = true;
 }
 

@@ -28,6 +28,7 @@ enum Directory {
   kImports = 1,
   kRelocations = 5,
   kTls = 9,
+  kImportAddresses = 12,
   kDelayImports = 13,
   kClr = 14
 };

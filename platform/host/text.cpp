@@ -42,7 +42,8 @@ unsigned TakeCharacter(LPCSTR& psz, bool ignoreCase) {
 
 unsigned TakeCharacter(LPCWSTR& psz, bool ignoreCase) {
   WCHAR unit;
-  std::memcpy(&unit, psz, sizeof unit);  // a wide string may stand at an odd address
+  // A wide string may stand at an odd address.
+  std::memcpy(&unit, static_cast<const void*>(psz), sizeof unit);
   ++psz;
   return ignoreCase ? UpperCase(unit) : unit;
 }

@@ -1,6 +1,7 @@
 // The platform layer's characters, comparisons, journal and planned failures.
 #include <codepage.h>
 #include <gtest/gtest.h>
+#include <heap.h>
 #include <host.h>
 
 #include <string>
@@ -98,6 +99,23 @@ TEST_F(Platform, RecordsCallsAndFailsThePlannedOne) {
   host::SetCodePage(932);
   host::Reset();
   EXPECT_EQ(host::CodePage(), 1252u);
+}
+
+TEST_F(Platform, KeepsAccountOfMemory) {
+  auto* zero = static_cast<char*>(LocalAlloc(LMEM_ZEROINIT, 64));
+  EXPECT_EQ(std::string(zero, 64), std::string(64, '\0'));
+  EXPECT_NE(*static_cast<char*>(LocalAlloc(0, 1)), 0);
+  EXPECT_EQ(LocalAlloc(0, 0xFFFFFFF0u), nullptr);
+  LocalFree(zero);
+  LocalFree(nullptr);
+  EXPECT_EQ(host::LivingBlocks(), 1u);
+  EXPECT_EQ(host::HeapError(), "");
+  EXPECT_EQ(LocalFree(zero), zero);
+  EXPECT_EQ(host::HeapError(), "block freed twice");
+  host::Reset();
+  EXPECT_EQ(host::LivingBlocks(), 0u);
+  EXPECT_EQ(LocalFree(this), this);
+  EXPECT_EQ(host::HeapError(), "free of no allocated block");
 }
 
 }  // namespace

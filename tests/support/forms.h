@@ -11,12 +11,18 @@
 
 namespace test {
 
-#define TEST_OPERATIONS(X)                                                                \
-  X(CharNext)                                                                             \
-  X(CharPrev)                                                                             \
-  X(CharLast) X(CharNull) X(FindChar) X(FindRevChar) X(TruncateAtChar) X(SkipLeadChar)    \
-      X(CountLeadChar) X(TrimChar) X(StringSize) X(IsNullOrEmptyString) X(CopyMakeAsciiz) \
-          X(CopyString) X(CopyNonNullString)
+// clang-format off
+#define TEST_OPERATIONS(X)                                                                         \
+  X(CharNext) X(CharPrev) X(CharLast) X(CharNull) X(FindChar) X(FindRevChar) X(TruncateAtChar)     \
+  X(SkipLeadChar) X(CountLeadChar) X(TrimChar) X(StringSize) X(IsNullOrEmptyString)                \
+  X(CopyMakeAsciiz) X(CopyString) X(CopyNonNullString)                                             \
+  X(MultiAsciizSize) X(MultiAsciizStringCount) X(NextAsciiz) X(CopyNextAsciiz)                     \
+  X(AppendMultiAsciiz) X(ScanMultiAsciiz) X(InsertMultiAsciiz) X(RemoveMultiAsciiz)                \
+  X(Array2MultiAsciiz) X(MultiAsciiz2Array)                                                        \
+  X(AppendPathComponent) X(BreakUNCName) X(SearchUNCName) X(CheckUNCName) X(BuildUNCName)          \
+  X(ServerName) X(ConvertServerName) X(ExtractServer) X(ExtractServerResource)                     \
+  X(SizeNETRESOURCE) X(VarSizeNETRESOURCE) X(CopyNETRESOURCE)
+// clang-format on
 
 struct ByteForm {
   using Char = CHAR;

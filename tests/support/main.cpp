@@ -1,6 +1,7 @@
 // Starts the tests of the library: on the sources linked into this program, or on the DLL that
 // TAVKIT_DLL names.
 #include <gtest/gtest.h>
+#include <heap.h>
 #include <host.h>
 #include <registry.h>
 
@@ -56,10 +57,15 @@ static bool Connect() {
 
 namespace {
 
-// Every test begins with the platform layer as it is at program start, and ends with no open key.
+// Every test begins with the platform layer as it is at program start, and leaves no memory and no
+// open key behind.
 class FreshPlatform : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override { host::Reset(); }
-  void OnTestEnd(const testing::TestInfo&) override { EXPECT_EQ(host::LivingKeyHandles(), 0u); }
+  void OnTestEnd(const testing::TestInfo&) override {
+    EXPECT_EQ(host::LivingBlocks(), 0u);
+    EXPECT_EQ(host::HeapError(), "");
+    EXPECT_EQ(host::LivingKeyHandles(), 0u);
+  }
 };
 
 }  // namespace

@@ -1,0 +1,71 @@
+// Digits and numbers at the start of a text.
+#include <tavkit/convert.h>
+
+#include "strings/strings.h"
+
+namespace tavkit {
+namespace {
+
+bool IsDigit(WORD wChar) { return wChar >= '0' && wChar <= '9'; }
+
+bool IsHexDigit(WORD wChar) {
+  return IsDigit(wChar) || (wChar >= 'A' && wChar <= 'F') || (wChar >= 'a' && wChar <= 'f');
+}
+
+bool IsSpace(WORD wChar) { return wChar == ' ' || (wChar >= '\t' && wChar <= '\r'); }
+
+template <class IsInClass>
+bool IsStrOf(LPCSTR pszText, LPSTR* ppszBad, IsInClass isInClass) {
+  if (IsNullOrEmpty<ByteText>(pszText)) return true;
+  do {
+    if (!isInClass(ByteText::Load(pszText))) {
+      if (ppszBad != nullptr) *ppszBad = const_cast<LPSTR>(pszText);
+      return false;
+    }
+    pszText = ByteText::Next(pszText);
+  } while (ByteText::Load(pszText) != 0);
+  return true;
+}
+
+}  // namespace
+}  // namespace tavkit
+
+using tavkit::ByteText;
+
+BOOL UT_API utIsStrDigit(LPCSTR pszText, LPSTR* ppszBad) {
+  return tavkit::IsStrOf(pszText, ppszBad, tavkit::IsDigit);
+}
+
+BOOL UT_API utIsStrHexDigit(LPCSTR pszText, LPSTR* ppszBad) {
+  return tavkit::IsStrOf(pszText, ppszBad, tavkit::IsHexDigit);
+}
+
+INT UT_API utHexCharValue(WORD wChar) {
+  if (tavkit::IsDigit(wChar)) return wChar - '0';
+  if (!tavkit::IsHexDigit(wChar)) return 0;
+  return wChar >= 'a' ? wChar - 'a' + 10 : wChar - 'A' + 10;
+}
+
+INT UT_API utAtoI(LPCSTR pszText) {
+  while (tavkit::IsSpace(ByteText::Load(pszText))) ++pszText;
+  const bool isNegative = *pszText == '-';
+  if (isNegative || *pszText == '+') ++pszText;
+  // Unsigned, so that a number too large wraps.
+  DWORD value = 0;
+  for (; tavkit::IsDigit(ByteText::Load(pszText)); ++pszText) {
+    value = 10 * value + (ByteText::Load(pszText) - DWORD{'0'});
+  }
+  return static_cast<INT>(isNegative ? 0 - value : value);
+}
+
+DWORD UT_API utAtoX(LPCSTR pszText) {
+  constexpr unsigned kMaxDigits = 2 * sizeof(DWORD);
+  DWORD value = 0;
+  if (tavkit::IsNullOrEmpty<ByteText>(pszText)) return 0;
+  for (unsigned taken = 0; taken < kMaxDigits && tavkit::IsHexDigit(ByteText::Load(pszText));
+       ++taken) {
+    value = 16 * value + static_cast<DWORD>(utHexCharValue(ByteText::Load(pszText)));
+    pszText = ByteText::Next(pszText);
+  }
+  return value;
+}

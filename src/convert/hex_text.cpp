@@ -1,0 +1,84 @@
+// Bytes as hexadecimal text and back, sixteen bytes a step as long as there are as many.
+#include <emmintrin.h>
+#include <tavkit/convert.h>
+
+namespace tavkit {
+namespace {
+
+constexpr DWORD kStep = sizeof(__m128i);
+
+__m128i Load(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
+void Store(void* p, __m128i bytes) { _mm_storeu_si128(static_cast<__m128i*>(p), bytes); }
+
+// Values of 0 to 15 as their digits.
+__m128i DigitsOf(__m128i values) {
+  const __m128i isLetter = _mm_cmpgt_epi8(values, _mm_set1_epi8(9));
+  const __m128i gap = _mm_and_si128(isLetter, _mm_set1_epi8('A' - '9' - 1));
+  return _mm_add_epi8(_mm_add_epi8(values, _mm_set1_epi8('0')), gap);
+}
+
+// Writes the 32 digits of 16 bytes.
+void WriteDigits(LPSTR pszTarget, const BYTE* pbSource) {
+  const __m128i lowBits = _mm_set1_epi8(0x0F);
+  const __m128i bytes = Load(pbSource);
+  const __m128i high = DigitsOf(_mm_and_si128(_mm_srli_epi16(bytes, 4), lowBits));
+  const __m128i low = DigitsOf(_mm_and_si128(bytes, lowBits));
+  Store(pszTarget, _mm_unpacklo_epi8(high, low));
+  Store(pszTarget + kStep, _mm_unpackhi_epi8(high, low));
+}
+
+// Characters as their values, 0 for those that are no digits.
+__m128i ValuesOf(__m128i text) {
+  const __m128i digits = _mm_sub_epi8(text, _mm_set1_epi8('0'));
+  const __m128i isDigit = _mm_cmpeq_epi8(_mm_min_epu8(digits, _mm_set1_epi8(9)), digits);
+  const __m128i letters =
+      _mm_sub_epi8(_mm_or_si128(text, _mm_set1_epi8('a' - 'A')), _mm_set1_epi8('a'));
+  const __m128i isLetter = _mm_cmpeq_epi8(_mm_min_epu8(letters, _mm_set1_epi8(5)), letters);
+  return _mm_or_si128(_mm_and_si128(digits, isDigit),
+                      _mm_and_si128(_mm_add_epi8(letters, _mm_set1_epi8(10)), isLetter));
+}
+
+// Two values each, the first being the high four bits, as one 16-bit number below 256.
+__m128i PairsOf(__m128i values) {
+  const __m128i both = _mm_or_si128(_mm_slli_epi16(values, 4), _mm_srli_epi16(values, 8));
+  return _mm_and_si128(both, _mm_set1_epi16(0xFF));
+}
+
+// Reads the 32 digits of 16 bytes.
+void ReadDigits(LPBYTE pbTarget, LPCSTR pszSource) {
+  Store(pbTarget, _mm_packus_epi16(PairsOf(ValuesOf(Load(pszSource))),
+                                   PairsOf(ValuesOf(Load(pszSource + kStep)))));
+}
+
+INT ValueOf(CHAR character) { return utHexCharValue(static_cast<BYTE>(character)); }
+
+}  // namespace
+}  // namespace tavkit
+
+void UT_API utHex2Ascii(LPSTR pszTarget, const BYTE* pbSource, DWORD cbSource) {
+  if (pszTarget == nullptr || pbSource == nullptr) return;
+  for (; cbSource >= tavkit::kStep; cbSource -= tavkit::kStep) {
+    tavkit::WriteDigits(pszTarget, pbSource);
+    pbSource += tavkit::kStep;
+    pszTarget += 2 * tavkit::kStep;
+  }
+  for (; cbSource != 0; --cbSource, ++pbSource) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    *pszTarget++ = kDigits[*pbSource >> 4];
+    *pszTarget++ = kDigits[*pbSource & 0x0F];
+  }
+}
+
+void UT_API utAscii2Hex(LPBYTE pbTarget, LPCSTR pszSource, DWORD cchSource) {
+  if (pbTarget == nullptr || pszSource == nullptr) return;
+  for (; cchSource >= 2 * tavkit::kStep; cchSource -= 2 * tavkit::kStep) {
+    tavkit::ReadDigits(pbTarget, pszSource);
+    pszSource += 2 * tavkit::kStep;
+    pbTarget += tavkit::kStep;
+  }
+  for (; cchSource >= 2; cchSource -= 2, pszSource += 2) {
+    *pbTarget++ =
+        static_cast<BYTE>(tavkit::ValueOf(pszSource[0]) << 4 | tavkit::ValueOf(pszSource[1]));
+  }
+  if (cchSource != 0) *pbTarget = static_cast<BYTE>(tavkit::ValueOf(*pszSource));
+}

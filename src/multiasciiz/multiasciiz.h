@@ -1,0 +1,171 @@
+// The operations on MultiAsciiz lists, each as one template over the text policy.
+#ifndef TAVKIT_MULTIASCIIZ_MULTIASCIIZ_H
+#define TAVKIT_MULTIASCIIZ_MULTIASCIIZ_H
+
+#include <tavkit/multiasciiz.h>
+
+#include "frame/memory.h"
+#include "multiasciiz/zeros.h"
+#include "strings/strings.h"
+
+namespace tavkit {
+
+// Bytes from one address up to another; one that lies below gives a number beyond any list's size.
+inline DWORD Distance(const void* pFrom, const void* pTo) {
+  return static_cast<DWORD>(reinterpret_cast<uintptr_t>(pTo) - reinterpret_cast<uintptr_t>(pFrom));
+}
+
+template <class T>
+T* AddBytes(T* p, DWORD count) {
+  return reinterpret_cast<T*>(reinterpret_cast<uintptr_t>(p) + count);
+}
+
+inline bool IsSame(LPCSTR psz1, LPCSTR psz2, bool caseSensitive) {
+  return (caseSensitive ? lstrcmpA(psz1, psz2) : lstrcmpiA(psz1, psz2)) == 0;
+}
+
+inline bool IsSame(LPCWSTR psz1, LPCWSTR psz2, bool caseSensitive) {
+  return (caseSensitive ? lstrcmpW(psz1, psz2) : lstrcmpiW(psz1, psz2)) == 0;
+}
+
+inline bool InitMultiAsciiz(void* pList, DWORD cbList) {
+  if (pList == nullptr || cbList <= 4) return false;
+  ZeroBytes(pList, cbList);
+  return true;
+}
+
+// The final zero.
+template <class Text>
+Char<Text>* FindListEnd(const Char<Text>* pList) {
+  return FindZeros<Text, 2>(pList);
+}
+
+template <class Text>
+DWORD MultiAsciizSize(const Char<Text>* pList, bool withFinalZero) {
+  if (pList == nullptr) return 0;
+  return Distance(pList, FindListEnd<Text>(pList)) + (withFinalZero ? Text::kUnit : 0);
+}
+
+template <class Text>
+Char<Text>* NextAsciiz(const Char<Text>* pszString) {
+  return pszString == nullptr ? nullptr : FindZeros<Text, 1>(pszString) + 1;
+}
+
+template <class Text>
+DWORD StringCount(const Char<Text>* pList) {
+  DWORD count = 0;
+  for (; !IsNullOrEmpty<Text>(pList); pList = NextAsciiz<Text>(pList)) ++count;
+  return count;
+}
+
+template <class Text>
+bool CopyNextAsciiz(const Char<Text>* pszString, Char<Text>*& pCursor, DWORD& cbRemaining) {
+  if (pCursor == nullptr) return false;
+  if (IsNullOrEmpty<Text>(pszString)) {
+    if (cbRemaining < Text::kUnit) return false;
+    Text::Store(pCursor, 0);
+    return true;
+  }
+  const DWORD cbString = StringSize<Text>(pszString, true);
+  if (cbString + Text::kUnit > cbRemaining) return false;
+  Text::Copy(pCursor, pszString);
+  pCursor = AddBytes(pCursor, cbString);
+  Text::Store(pCursor, 0);
+  cbRemaining -= cbString;
+  return true;
+}
+
+// Adds a string that isn't empty to a list whose end is known. A cbList below the used size wraps.
+template <class Text>
+bool AppendAtEnd(const Char<Text>* pszString, const Char<Text>* pList, Char<Text>* pEnd,
+                 DWORD cbList) {
+  DWORD cbRemaining = cbList - Distance(pList, pEnd);
+  return CopyNextAsciiz<Text>(pszString, pEnd, cbRemaining);
+}
+
+template <class Text>
+bool AppendMultiAsciiz(const Char<Text>* pszString, Char<Text>* pList, DWORD cbList) {
+  if (IsNullOrEmpty<Text>(pszString)) return true;
+  return AppendAtEnd<Text>(pszString, pList, FindListEnd<Text>(pList), cbList);
+}
+
+template <class Text>
+Char<Text>* ScanMultiAsciiz(const Char<Text>* pszString, const Char<Text>* pList,
+                            bool caseSensitive) {
+  if (pList == nullptr) return nullptr;
+  if (IsNullOrEmpty<Text>(pszString)) return FindListEnd<Text>(pList);
+  for (; Text::Load(pList) != 0; pList = NextAsciiz<Text>(pList)) {
+    if (IsSame(pszString, pList, caseSensitive)) return const_cast<Char<Text>*>(pList);
+  }
+  return nullptr;
+}
+
+template <class Text>
+bool InsertMultiAsciiz(const Char<Text>* pszString, Char<Text>* pInsertAt, Char<Text>* pList,
+                       DWORD cbList) {
+  if (pInsertAt == nullptr) return false;
+  if (IsNullOrEmpty<Text>(pszString)) return true;
+  if (pList == nullptr) return false;
+
+  Char<Text>* pEnd = FindListEnd<Text>(pList);
+  const DWORD cbFull = Distance(pList, pEnd) + Text::kUnit;
+  const DWORD cbHead = Distance(pList, pInsertAt);
+  if (cbHead >= cbFull) return false;
+  const DWORD cbTail = cbFull - cbHead;
+  if (cbTail <= 2 * Text::kUnit) return AppendAtEnd<Text>(pszString, pList, pEnd, cbList);
+
+  const DWORD cbString = StringSize<Text>(pszString, true);
+  if (cbFull + cbString > cbList) return false;
+  MoveBytes(AddBytes(pInsertAt, cbString), pInsertAt, cbTail);
+  // A member of the list that stands in the tail has just moved with it.
+  const bool hasMoved = Distance(pInsertAt, pszString) < cbTail;
+  MoveBytes(pInsertAt, AddBytes(pszString, hasMoved ? cbString : 0), cbString);
+  return true;
+}
+
+template <class Text>
+bool RemoveMultiAsciiz(Char<Text>* pList, DWORD cStrings) {
+  if (cStrings == 0) return true;
+  if (IsNullOrEmpty<Text>(pList)) return false;
+  const Char<Text>* pRest = pList;
+  for (; cStrings != 0 && Text::Load(pRest) != 0; --cStrings) pRest = NextAsciiz<Text>(pRest);
+  MoveBytes(pList, pRest, MultiAsciizSize<Text>(pRest, true));
+  if (Text::Load(pList) == 0) Text::Store(pList + 1, 0);
+  return cStrings == 0;
+}
+
+template <class Text>
+bool Array2MultiAsciiz(const Char<Text>* const* ppszStrings, Char<Text>* pList, DWORD cbList,
+                       LPDWORD pcStored) {
+  DWORD stored = 0;
+  bool complete = InitMultiAsciiz(pList, cbList);
+  if (complete && ppszStrings != nullptr) {
+    for (; complete && *ppszStrings != nullptr; ++ppszStrings) {
+      if (IsNullOrEmpty<Text>(*ppszStrings)) continue;
+      complete = CopyNextAsciiz<Text>(*ppszStrings, pList, cbList);
+      if (complete) ++stored;
+    }
+  }
+  if (pcStored != nullptr) *pcStored = stored;
+  return complete;
+}
+
+template <class Text>
+bool MultiAsciiz2Array(const Char<Text>* pList, const Char<Text>** ppszArray, DWORD cbArray,
+                       LPDWORD pcStored) {
+  DWORD stored = 0;
+  const bool accepted = ppszArray != nullptr && cbArray >= sizeof(*ppszArray);
+  if (accepted) {
+    ZeroBytes(ppszArray, cbArray);
+    const DWORD room = cbArray / sizeof(*ppszArray) - 1;
+    for (; stored < room && !IsNullOrEmpty<Text>(pList); pList = NextAsciiz<Text>(pList)) {
+      ppszArray[stored++] = pList;
+    }
+  }
+  if (pcStored != nullptr) *pcStored = stored;
+  return accepted;
+}
+
+}  // namespace tavkit
+
+#endif  // TAVKIT_MULTIASCIIZ_MULTIASCIIZ_H

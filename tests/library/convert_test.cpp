@@ -1,0 +1,222 @@
+// Digit and hexadecimal text, the system family, and conversion between code page and wide strings.
+#include <codepage.h>
+#include <gtest/gtest.h>
+#include <host.h>
+#include <tavkit.h>
+#include <version.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "support/forms.h"
+#include "support/guarded.h"
+#include "support/random.h"
+
+namespace {
+
+using test::GuardedBuffer;
+using test::GuardedText;
+using std::string_literals::operator""s;
+
+constexpr char kDigits[] = "0123456789";
+constexpr char kHexDigits[] = "0123456789ABCDEFabcdef";
+
+std::uintptr_t Word(const void* p) { return reinterpret_cast<std::uintptr_t>(p); }
+
+// Texts in which digits are frequent and everything next to the classes occurs.
+std::string RandomText(test::Random& random, unsigned maxLength) {
+  auto text = random.Text<char>({'0', '7', '9', 'a', 'F', '0', '5', '4', '3', '2'}, maxLength);
+  const std::vector<char> others = {' ', '\t', '\r', '\x0E', '\x08', '+', '-', '/', ':', 'x',
+                                    '@', 'G', '`', 'g', '\x80', '\x81', '\xA0', '\xB5', '\xFF'};
+  for (auto& c : text) {
+    if (random.Below(6) == 0) c = random.Of(others);
+  }
+  return std::string(random.Below(3), ' ') + (random.Below(4) == 0 ? "-" : "") + text;
+}
+
+TEST(DigitText, TellsTheFirstCharacterOutsideTheClass) {
+  const auto check = [](BOOL(UT_API * isOf)(LPCSTR, LPSTR*), const char* digits, const std::string& text) {
+    GuardedText<char> buffer(text);
+    char* const unwritten = text.empty() ? nullptr : buffer.get() - 1;
+    char* bad = unwritten;
+    const std::size_t good = std::strspn(buffer.get(), digits);
+    EXPECT_EQ(isOf(buffer.get(), &bad), good == text.size()) << testing::PrintToString(text);
+    EXPECT_EQ(bad, good == text.size() ? unwritten : buffer.get() + good) << testing::PrintToString(text);
+    EXPECT_EQ(isOf(buffer.get(), nullptr), good == text.size());
+  };
+  test::Random random(140);
+  for (const unsigned codePage : {1252, 932, 949}) {
+    host::SetCodePage(codePage);
+    for (unsigned i = 0; i < 500; ++i) {
+      auto text = i < 256 ? "1"s + static_cast<char>(i) + "1" : RandomText(random, 5);
+      text.resize(std::strlen(text.c_str()));
+      check(utIsStrDigit, kDigits, text);
+      check(utIsStrHexDigit, kHexDigits, text);
+    }
+  }
+  char* bad = nullptr;
+  EXPECT_EQ(utIsStrDigit(nullptr, &bad) + utIsStrHexDigit(nullptr, nullptr), 2);
+  EXPECT_EQ(bad, nullptr);
+}
+
+TEST(DigitText, GivesEveryCharacterItsValue) {
+  for (unsigned c = 0; c <= 0xFFFF; ++c) {
+    const char* at = c == 0 || c > 0xFF ? nullptr : std::strchr(kHexDigits, static_cast<int>(c));
+    const auto index = at == nullptr ? 0 : at - kHexDigits;
+    ASSERT_EQ(utHexCharValue(static_cast<WORD>(c)), index < 16 ? index : index - 6) << c;
+  }
+  EXPECT_EQ(test::CallWithWords(utHexCharValue, 0xABCD0000u | 'f'), 15);
+}
+
+// The C library reads decimal numbers by the same rules, into 64 bits, which wrap nowhere below 20 digits.
+TEST(DigitText, ReadsTheNumberAtTheStart) {
+  test::Random random(145);
+  std::vector<std::string> texts = {
+      "", "\t\n\v\f\r 7", "\xA0\x37", "+5", "+-5", "--5", "- 5", "2147483647", "2147483648", "-2147483648",
+      "-2147483649", "4294967295", "4294967297", "FFFFFFFF1", "123456789", "abcdef01", "12G4", "0x1F", " 1", "-1"};
+  for (int i = 0; i < 2000; ++i) texts.push_back(RandomText(random, 17));
+  for (const auto& text : texts) {
+    GuardedText<char> buffer(text);
+    EXPECT_EQ(utAtoI(buffer.get()), static_cast<INT>(std::strtoull(text.c_str(), nullptr, 10))) << text;
+    const auto digits = text.substr(0, std::min<std::size_t>(8, std::strspn(text.c_str(), kHexDigits)));
+    host::StartJournal();
+    EXPECT_EQ(utAtoX(buffer.get()), std::strtoul(("0" + digits).c_str(), nullptr, 16)) << text;
+    EXPECT_EQ(host::TakeJournal().size(), digits.size());  // one step by CharNextA for each
+  }
+  EXPECT_EQ(utAtoX(nullptr), 0u);
+}
+
+// The bytes that a text gives, from the values of its characters.
+std::vector<unsigned char> BytesOfHexText(const std::string& text) {
+  const auto value = [](char c) { return utHexCharValue(static_cast<unsigned char>(c)); };
+  std::vector<unsigned char> bytes;
+  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
+    bytes.push_back(static_cast<unsigned char>(16 * value(text[i]) + value(text[i + 1])));
+  }
+  if (text.size() % 2 != 0) bytes.push_back(static_cast<unsigned char>(value(text.back())));
+  return bytes;
+}
+
+TEST(HexText, IsWrittenAndReadAtEveryLength) {
+  test::Random random(147);
+  const std::string alphabet = "0123456789ABCDEFabcdef/:@G`g"s + '\0' + "\x80\xC1\xE1";
+  for (std::size_t length = 0; length <= 67; ++length) {
+    GuardedBuffer bytes(length), text(2 * length);
+    std::string expected;
+    for (std::size_t i = 0; i < length; ++i) {
+      char digits[3];
+      std::snprintf(digits, sizeof digits, "%02X", bytes.data()[i] = static_cast<unsigned char>(random.Below(256)));
+      expected += digits;
+    }
+    utHex2Ascii(text.As<char>(), bytes.data(), length);
+    EXPECT_EQ(text.Bytes(), test::BytesOf(expected, 0));
+
+    for (const std::size_t count : {2 * length, 2 * length + 1}) {
+      std::string input(count, 0);
+      for (auto& c : input) c = alphabet[random.Below(static_cast<unsigned>(alphabet.size()))];
+      GuardedBuffer from(count), to((count + 1) / 2);
+      from.Set(test::BytesOf(input, 0));
+      utAscii2Hex(to.data(), from.As<char>(), count);
+      EXPECT_EQ(to.Bytes(), BytesOfHexText(input)) << count;
+    }
+  }
+}
+
+TEST(HexText, IsReadFromEveryPairInBulkAndAlone) {
+  std::string text;
+  for (unsigned pair = 0; pair <= 0xFFFF; ++pair) text += {static_cast<char>(pair >> 8), static_cast<char>(pair)};
+  const auto expected = BytesOfHexText(text);
+  GuardedBuffer bulk(expected.size()), single(expected.size());
+  utAscii2Hex(bulk.data(), text.data(), text.size());
+  EXPECT_EQ(bulk.Bytes(), expected);
+  for (std::size_t i = 0; i < expected.size(); ++i) utAscii2Hex(single.data() + i, &text[2 * i], 2);
+  EXPECT_EQ(single.Bytes(), expected);
+}
+
+TEST(HexText, IsLeftAloneWithoutAnAddress) {
+  GuardedBuffer buffer(64);
+  utHex2Ascii(nullptr, buffer.data(), 32);
+  utHex2Ascii(buffer.As<char>(), nullptr, 32);
+  utAscii2Hex(nullptr, buffer.As<char>(), 64);
+  utAscii2Hex(buffer.data(), nullptr, 64);
+  EXPECT_TRUE(buffer.IsUntouched());
+}
+
+TEST(SystemFamily, IsNtWithItsMajorVersionOrNone) {
+  for (const DWORD platform : {0u, 1u, 2u, 3u, 0x10002u}) {
+    for (const DWORD major : {0u, 3u, 4u, 10u, 0x80000000u}) {
+      host::SetVersion(platform, major);
+      EXPECT_EQ(utIsWinNT(), platform != 2 ? 0 : major < 4 ? -1 : 1) << platform << ' ' << major;
+    }
+  }
+  host::SetVersion(2, 4);
+  host::FailCall(1);
+  EXPECT_EQ(utIsWinNT(), 0);
+}
+
+TEST(CodePageConversion, AsksThePlatformForTheWholeString) {
+  WCHAR wide[4];
+  char bytes[4];
+  const char* text = "ab";
+  const WCHAR* wideText = u"cd";
+  host::StartJournal();
+  EXPECT_EQ(utA2WHelper(wide, text, 4), wide);
+  EXPECT_EQ(utW2AHelper(bytes, wideText, 3), bytes);
+  const auto minusOne = static_cast<std::uintptr_t>(-1);
+  const std::vector<host::Call> expected = {
+      {"MultiByteToWideChar", {0, 9, Word(text), minusOne, Word(wide), 4}},
+      {"WideCharToMultiByte", {0, 0, Word(wideText), minusOne, Word(bytes), 3, 0, 0}}};
+  EXPECT_EQ(host::TakeJournal(), expected);
+  EXPECT_EQ(std::u16string(wide), u"ab");
+  EXPECT_STREQ(bytes, "cd");
+}
+
+TEST(CodePageConversion, LeavesAnEmptyStringWhereNothingIsStored) {
+  host::SetCodePage(932);
+  GuardedBuffer wide(2), bytes(1);
+  const auto check = [&](INT capacity, unsigned failingCall) {
+    wide.Refill();
+    bytes.Refill();
+    host::FailCall(failingCall);
+    EXPECT_EQ(*utA2WHelper(wide.As<WCHAR>(), "abc", capacity), 0);
+    host::FailCall(failingCall);
+    EXPECT_EQ(*utW2AHelper(bytes.As<char>(), u"abc", capacity), 0);
+  };
+  check(0, 0);
+  check(-1, 0);
+  check(4, 1);
+  wide.Refill();
+  EXPECT_EQ(utA2WHelper(wide.As<WCHAR>(), nullptr, 1), nullptr);
+  EXPECT_EQ(utW2AHelper(wide.As<char>(), nullptr, 2), nullptr);
+  EXPECT_TRUE(wide.IsUntouched());
+  EXPECT_EQ(*utA2WHelper(wide.As<WCHAR>(), "a\x81", 8), 0);  // a lead byte without its trail byte
+}
+
+// What a code page lacks becomes the default character, or one that it has and that stays.
+TEST(CodePageConversion, BringsBackTheCharactersOfEachCodePage) {
+  std::u16string all;
+  for (unsigned unit = 1; unit < 0xD800; unit += unit < 0x100 ? 1 : 11) all.push_back(static_cast<char16_t>(unit));
+  const auto narrow = [&](LPCWSTR pwsz) {
+    GuardedBuffer bytes(2 * all.size() + 1);
+    return std::string(utW2AHelper(bytes.As<char>(), pwsz, static_cast<INT>(bytes.size())));
+  };
+  const struct {
+    unsigned codePage;
+    std::size_t kept;  // at least
+  } rows[] = {{1252, 220}, {932, 750}, {936, 1800}, {949, 1400}, {950, 1100}};
+  for (const auto& row : rows) {
+    host::SetCodePage(row.codePage);
+    GuardedBuffer wide(2 * all.size() + 3);  // begins at an odd address
+    const auto bytes = narrow(all.c_str());
+    utA2WHelper(wide.As<WCHAR>(), bytes.c_str(), static_cast<INT>(all.size() + 1));
+    EXPECT_EQ(narrow(wide.As<WCHAR>()), bytes);
+    std::u16string back(all.size() + 1, u'x');
+    std::memcpy(back.data(), wide.data(), 2 * back.size());
+    EXPECT_EQ(back.back(), 0);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < all.size(); ++i) kept += back[i] == all[i];
+    EXPECT_TRUE(kept >= row.kept && kept < all.size()) << kept << " in " << row.codePage;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,257 @@
+// MultiAsciiz lists, byte and wide forms by one text, beside models on vectors of strings.
+#include <tavkit.h>
+
+#include <optional>
+
+#include "support/form_test.h"
+#include "support/random.h"
+
+namespace {
+
+using List = std::vector<std::string>;
+using test::Bytes, test::Over, test::Pattern;
+
+template <class F>
+class MultiAsciizTest : public test::FormTest<F> {
+ protected:
+  using typename test::FormTest<F>::String;
+  static constexpr DWORD kUnit = sizeof(typename F::Char);
+
+  // The first members of a list with their terminators, without the final zero.
+  static String Used(const List& list, std::size_t count) {
+    String used;
+    for (std::size_t i = 0; i < count; ++i) used += test::Text<F>(list[i]) + typename F::Char{};
+    return used;
+  }
+  static Bytes Flat(const List& list) { return test::BytesOf(Used(list, list.size())); }
+
+  // What an insert makes of the units of a list; nothing if it is refused.
+  static std::optional<String> Inserted(String full, long at, const String& string, DWORD cbList) {
+    const long length = full.size();
+    const DWORD cbFull = full.size() * kUnit, cbString = (string.size() + 1) * kUnit;
+    if (at < 0 || at >= length) return {};
+    const bool appends = at >= length - 2;
+    // Below the used size the difference wraps, and an append takes the room all the same.
+    if (appends ? cbList - (cbFull - kUnit) < cbString + kUnit : cbList < cbFull + cbString)
+      return {};
+    return full.insert(appends ? length - 1 : at, string + typename F::Char{});
+  }
+};
+TYPED_TEST_SUITE(MultiAsciizTest, test::Forms, test::FormNames);
+
+TYPED_TEST(MultiAsciizTest, InsertAtEveryPositionOfSmallListsForEverySize) {
+  using F = TypeParam;
+  const auto string = test::Text<F>("X");
+  std::vector<List> lists = {{}};
+  for (std::size_t i = 0; i < lists.size(); ++i) {
+    const auto full = this->Used(lists[i], lists[i].size()) + typename F::Char{};
+    const long length = full.size();
+    const DWORD cbFull = length * this->kUnit, cbNeeded = cbFull + 2 * this->kUnit;
+    for (long at = -1; at <= length + 1; ++at) {
+      for (DWORD size = 0; size <= cbNeeded + 2; ++size) {
+        const DWORD cbList = size == cbNeeded + 2 ? UT_SIZE_UNCHECKED : size;
+        const auto result = this->Inserted(full, at, string, cbList);
+        // With the room that the result takes, and at odd addresses too.
+        const auto block =
+            Over(Pattern((result ? cbNeeded : cbFull) + size % 2), test::BytesOf(full, 0));
+        auto* pList = this->Put(block);
+        const bool isAppend = at == length - 1 && size % 4 < 2;
+        EXPECT_EQ(isAppend ? F::AppendMultiAsciiz(string.c_str(), pList, cbList)
+                           : F::InsertMultiAsciiz(string.c_str(), pList + at, pList, cbList),
+                  result.has_value());
+        EXPECT_TRUE(this->Holds(Over(block, test::BytesOf(result.value_or(full), 0))));
+        ASSERT_FALSE(this->HasFailure())
+            << testing::PrintToString(lists[i]) << " at " << at << ", size " << cbList;
+      }
+    }
+    if (lists[i].size() == 4) continue;
+    for (const char* member : {"a", "b", "ab", "ba"}) {
+      lists.push_back(lists[i]);
+      lists.back().push_back(member);
+    }
+  }
+}
+
+TYPED_TEST(MultiAsciizTest, AgreeWithTheModelOnRandomSequences) {
+  using F = TypeParam;
+  test::Random random(21);
+  List list;
+  Bytes block;
+  for (int step = 0; step < 2400; ++step) {
+    if (step % 40 == 0) {
+      list = {};
+      block = Bytes(24 + random.Below(80));
+    }
+    auto* pList = this->Put(block);
+    const auto at = [&](std::size_t index) { return pList + this->Used(list, index).size(); };
+    std::string word = random.Text<char>({'a', 'B', 'b'}, 5);
+    const auto string = test::Text<F>(word);
+    const auto* psz = string.c_str();
+    const auto kind = random.Below(5);
+    if (kind == 0) {
+      const DWORD cStrings = step % 8 == 7 ? ~0u : random.Below(3);
+      EXPECT_EQ(F::RemoveMultiAsciiz(pList, cStrings), cStrings <= list.size());
+      const bool empties = !list.empty() && cStrings >= list.size();
+      list.erase(list.begin(), list.begin() + std::min<std::size_t>(cStrings, list.size()));
+      if (empties) block = Over(block, Bytes(2 * this->kUnit));
+    } else if (kind == 1) {
+      for (const BOOL caseSensitive : {0, 1, -1}) {
+        const auto found = std::find_if(list.begin(), list.end(), [&](const auto& member) {
+          return caseSensitive ? member == word : strcasecmp(member.c_str(), word.c_str()) == 0;
+        });
+        EXPECT_EQ(F::ScanMultiAsciiz(psz, pList, caseSensitive),
+                  found == list.end() && !word.empty() ? nullptr : at(found - list.begin()));
+      }
+    } else {
+      if (kind == 2 && !list.empty()) {  // a member of the list itself goes in again
+        const auto own = random.Below(list.size());
+        word = list[own];
+        psz = at(own);
+      }
+      const auto index = kind == 3 ? list.size() : random.Below(list.size() + 1);
+      auto longer = list;
+      if (!word.empty()) longer.insert(longer.begin() + index, word);
+      const bool fits = this->Flat(longer).size() <= block.size();
+      EXPECT_EQ(kind == 3 ? F::AppendMultiAsciiz(psz, pList, block.size())
+                          : F::InsertMultiAsciiz(psz, at(index), pList, block.size()),
+                fits);
+      if (fits) list = longer;
+    }
+    block = Over(block, this->Flat(list));
+    ASSERT_TRUE(this->Holds(block)) << "step " << step;
+  }
+}
+
+// The walk goes by blocks of bytes, so every place of a list within its blocks counts; units with
+// one zero half must not end a wide one.
+TYPED_TEST(MultiAsciizTest, FindTheEndOfListsOfAnyLengthAtAnyAddress) {
+  using F = TypeParam;
+  using Char = typename F::Char;
+  test::Random random(22);
+  for (int i = 0; i < 2000; ++i) {
+    typename TestFixture::String used;
+    std::vector<std::size_t> starts = {0};
+    for (auto members = random.Below(6); members > 0; --members) {
+      used += Char{'m'};
+      used += random.Text<Char>({1, 'a', Char(F::kIsWide ? 0x100 : 0xFF)}, 36) + Char{};
+      starts.push_back(used.size());
+    }
+    auto block = test::BytesOf(used);
+    const bool isOnHeap = i % 2 == 0;  // where the sanitizers watch the block's ends
+    if (!isOnHeap) block.resize(block.size() + random.Below(17), test::kPattern);
+    const Char* pList = isOnHeap ? reinterpret_cast<Char*>(block.data()) : this->Put(block);
+    EXPECT_EQ(F::MultiAsciizSize(pList, 0), used.size() * this->kUnit);
+    EXPECT_EQ(F::MultiAsciizSize(pList, 7), (used.size() + 1) * this->kUnit);
+    EXPECT_EQ(F::MultiAsciizStringCount(pList), starts.size() - 1);
+    EXPECT_EQ(F::ScanMultiAsciiz(nullptr, pList, 1), pList + used.size());
+    starts.push_back(used.size() + 1);  // a step on the final zero leads behind the list
+    for (std::size_t n = 0; n + 1 < starts.size(); ++n) {
+      EXPECT_EQ(F::NextAsciiz(pList + starts[n]), pList + starts[n + 1]);
+    }
+    ASSERT_FALSE(this->HasFailure()) << testing::PrintToString(block);
+  }
+}
+
+TYPED_TEST(MultiAsciizTest, BuildByCursorWithinEverySize) {
+  using F = TypeParam;
+  for (DWORD size = 0; size <= 16 * this->kUnit; ++size) {
+    SCOPED_TRACE(size);
+    Bytes block = Pattern(size);
+    auto* const pList = this->Put(block);
+    auto* cursor = pList;
+    DWORD left = size, used = 0;
+    for (const char* word : {"", "abc", "de", "", "abcdefg", "f", "ghi", "j", ""}) {
+      const auto string = test::Text<F>(word);
+      const DWORD cbString = string.empty() ? 0 : (string.size() + 1) * this->kUnit;
+      const bool fits = used + cbString + this->kUnit <= size;
+      EXPECT_EQ(F::CopyNextAsciiz(string.c_str(), &cursor, &left), fits);
+      const auto bytes = test::BytesOf(string, string.empty() ? 1 : 2);
+      if (fits) std::copy(bytes.begin(), bytes.end(), block.begin() + used);
+      if (fits) used += cbString;
+      EXPECT_EQ(reinterpret_cast<char*>(cursor) - reinterpret_cast<char*>(pList), used);
+      EXPECT_EQ(left, size - used);
+      EXPECT_TRUE(this->Holds(block));
+    }
+    EXPECT_EQ(F::CopyNextAsciiz(nullptr, &cursor, &left), left >= this->kUnit);
+    EXPECT_EQ(utInitMultiAsciiz(pList, size), size > 4);
+    EXPECT_TRUE(this->Holds(size > 4 ? Bytes(size) : block));
+  }
+  typename F::Char* cursor = nullptr;
+  DWORD left = UT_SIZE_UNCHECKED;
+  EXPECT_EQ(F::CopyNextAsciiz(nullptr, &cursor, &left), 0);
+  cursor = this->Put(Bytes(3 * this->kUnit));
+  EXPECT_EQ(F::CopyNextAsciiz(test::Text<F>("a").c_str(), &cursor, &left), 1);
+  EXPECT_EQ(left, UT_SIZE_UNCHECKED - 2 * this->kUnit);  // a number like any other
+}
+
+TYPED_TEST(MultiAsciizTest, ConvertFromAndToArraysWithinEverySize) {
+  using F = TypeParam;
+  using Psz = const typename F::Char*;
+  for (const List& words : {List{}, {"", ""}, {"ab", "", "cd"}, {"ab", "abcdef", "cd"}}) {
+    std::vector<typename TestFixture::String> strings;
+    for (const auto& word : words) strings.push_back(test::Text<F>(word));
+    std::vector<Psz> array;
+    for (const auto& string : strings) array.push_back(string.c_str());
+    array.push_back(nullptr);
+    for (DWORD size = 0; size < 40; ++size) {
+      SCOPED_TRACE(testing::Message() << testing::PrintToString(words) << ", size " << size);
+      List list;
+      bool complete = size > 4;
+      for (std::size_t i = 0; complete && i < words.size(); ++i) {
+        if (!words[i].empty()) list.push_back(words[i]);
+        complete = this->Flat(list).size() <= size;
+        if (!complete) list.pop_back();
+      }
+      DWORD stored = 99;
+      for (DWORD* pcStored : {&stored, static_cast<DWORD*>(nullptr)}) {
+        auto* pList = this->Put(Pattern(size));
+        EXPECT_EQ(F::Array2MultiAsciiz(array.data(), pList, size, pcStored), complete);
+        EXPECT_TRUE(this->Holds(size > 4 ? Over(Bytes(size), this->Flat(list)) : Pattern(size)));
+      }
+      EXPECT_EQ(stored, list.size());
+
+      const DWORD slots = size / sizeof(Psz);
+      const auto flat = this->Flat({"ab", "cd", "ef"});
+      auto* pList = reinterpret_cast<Psz>(flat.data());
+      std::vector<Psz> expected((size + 3) / sizeof(Psz));
+      for (DWORD i = 0; i < 3 && i + 1 < slots; ++i) expected[i] = pList + 3 * i;
+      test::GuardedBuffer out(expected.size() * sizeof(Psz));
+      EXPECT_EQ(F::MultiAsciiz2Array(pList, out.As<Psz>(), size, &stored), slots > 0);
+      EXPECT_EQ(stored, slots == 0 ? 0 : std::min(3u, slots - 1));
+      EXPECT_TRUE(out.IsUntouched(slots == 0 ? 0 : size));
+      EXPECT_TRUE(slots == 0 || std::memcmp(out.data(), expected.data(), size) == 0);
+      EXPECT_EQ(F::MultiAsciiz2Array(nullptr, out.As<Psz>(), size, nullptr), slots > 0);
+    }
+  }
+}
+
+TYPED_TEST(MultiAsciizTest, AnswerNullAndEmpty) {
+  using F = TypeParam;
+  const auto string = test::Text<F>("xy");
+  // An empty list, whatever stands behind its final zero.
+  const auto block = test::BytesOf(typename F::Char{} + string, 2);
+  typename F::Char *none = nullptr, *empty = this->Put(block);
+  for (auto* list : {none, empty}) {
+    EXPECT_EQ(F::MultiAsciizSize(list, 1), list == none ? 0 : this->kUnit);
+    EXPECT_EQ(F::MultiAsciizStringCount(list), 0u);
+    EXPECT_EQ(F::ScanMultiAsciiz(nullptr, list, 1), list);
+    EXPECT_EQ(F::ScanMultiAsciiz(string.c_str(), list, 0), nullptr);
+    EXPECT_EQ(F::AppendMultiAsciiz(nullptr, list, 0), 1);
+    EXPECT_EQ(F::InsertMultiAsciiz(nullptr, none, list, 64), 0);
+    EXPECT_EQ(F::InsertMultiAsciiz(nullptr, empty, list, 0), 1);
+    EXPECT_EQ(F::InsertMultiAsciiz(string.c_str(), empty + (list == empty), list, 64), 0);
+    EXPECT_EQ(F::RemoveMultiAsciiz(list, 0), 1);
+    EXPECT_EQ(F::RemoveMultiAsciiz(list, 1), 0);
+  }
+  EXPECT_EQ(F::NextAsciiz(none), nullptr);
+  EXPECT_TRUE(this->Holds(block));
+  EXPECT_EQ(utInitMultiAsciiz(nullptr, 64), 0);
+  DWORD stored[] = {99, 99, 99};
+  EXPECT_EQ(F::Array2MultiAsciiz(&none, none, 64, &stored[0]), 0);
+  EXPECT_EQ(F::MultiAsciiz2Array(empty, nullptr, 64, &stored[1]), 0);
+  EXPECT_EQ(F::Array2MultiAsciiz(nullptr, this->Put(block), block.size(), &stored[2]), 1);
+  for (const DWORD count : stored) EXPECT_EQ(count, 0u);
+  EXPECT_TRUE(this->Holds(Bytes(block.size())));
+}
+
+}  // namespace

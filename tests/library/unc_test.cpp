@@ -1,0 +1,234 @@
+// Paths, UNC names and server names, byte and wide forms by one text, beside obvious models.
+#include <codepage.h>
+#include <tavkit.h>
+
+#include "support/form_test.h"
+
+namespace {
+
+using Part = const char*;  // of a name; may be NULL
+using test::Bytes, test::Over, test::Pattern;
+
+std::string WithoutLead(const std::string& text) {
+  return text.substr(std::min(text.find_first_not_of('\\'), text.size()));
+}
+
+template <class F>
+class UncTest : public test::FormTest<F> {
+ protected:
+  void SetUp() override { ASSERT_TRUE(host::SetCodePage(932)); }
+
+  // All texts of backslashes, a letter, and the lead byte of double-byte characters.
+  static std::vector<std::string> Texts(std::size_t maxLength) {
+    std::vector<std::string> texts = {""};
+    for (std::size_t i = 0; texts[i].size() < maxLength; ++i) {
+      for (const char letter : {'\\', 'a', F::kIsWide ? 'b' : '\x83'})
+        texts.push_back(texts[i] + letter);
+    }
+    return texts;
+  }
+  static Bytes BytesOf(const std::string& text) { return test::BytesOf(test::Text<F>(text)); }
+
+  // A part as an argument, kept alive by the test.
+  const typename F::Char* Argument(int index, Part part) {
+    if (part == nullptr) return nullptr;
+    return (arguments_[index] = test::Text<F>(part)).c_str();
+  }
+
+ private:
+  std::basic_string<typename F::Char> arguments_[3];
+};
+TYPED_TEST_SUITE(UncTest, test::Forms, test::FormNames);
+
+// What the rules say of a name. The separators count from its start, 0 for none.
+struct Parsed {
+  bool isUnc = false;
+  std::string parts[3];
+  std::size_t separators[2] = {};
+};
+
+Parsed Parse(const std::string& name) {
+  Parsed parsed;
+  auto rest = WithoutLead(name);
+  parsed.isUnc = name.size() - rest.size() == 2;
+  if (!parsed.isUnc) return parsed;
+  for (int i = 0; i < 2; ++i) {
+    parsed.parts[i] = rest.substr(0, rest.find('\\'));
+    rest = rest.substr(parsed.parts[i].size());
+    if (rest.empty()) return parsed;
+    parsed.separators[i] = name.size() - rest.size();
+    rest = WithoutLead(rest);
+  }
+  parsed.parts[2] = rest;
+  return parsed;
+}
+
+TYPED_TEST(UncTest, ParseEveryShortName) {
+  using F = TypeParam;
+  using Char = typename F::Char;
+  auto names = this->Texts(8);
+  names.insert(names.end(), {"\\\\server\\share\\\\dir\\\\sub\\\\", "\\\\server/share", "c:\\x"});
+  for (const auto& name : names) {
+    const auto expected = Parse(name);
+    const auto& [server, resource, path] = expected.parts;
+    const DWORD bits = !server.empty() + 2 * !resource.empty() + 4 * !path.empty();
+    const auto bytes = this->BytesOf(name);
+    Char* psz = this->Put(bytes);
+    Char out[3][40];
+    EXPECT_EQ(F::CheckUNCName(psz), bits);
+    EXPECT_EQ(F::BreakUNCName(psz, out[0], sizeof out[0], out[1], 80, out[2], ~0u), bits);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(out[i], test::Text<F>(expected.parts[i]));
+
+    const auto [first, second] = expected.separators;
+    Char* found[] = {psz + 1, psz + 1, psz + 1};
+    EXPECT_EQ(F::SearchUNCName(psz, &found[0], &found[1], &found[2]),
+              expected.isUnc + 2u * (first != 0) + 4u * (second != 0));
+    EXPECT_EQ(found[0], expected.isUnc ? psz : nullptr);
+    EXPECT_EQ(found[1], first == 0 ? nullptr : psz + first);
+    EXPECT_EQ(found[2], second == 0 ? nullptr : psz + second);
+
+    out[0][0] = out[1][0] = out[0][1] = out[1][1] = 0;
+    EXPECT_EQ(F::ExtractServer(psz, out[0], sizeof out[0]), expected.isUnc);
+    EXPECT_EQ(F::ExtractServerResource(psz, out[1], sizeof out[1]), first != 0);
+    const std::string whole = expected.isUnc ? name : "";
+    EXPECT_EQ(out[0], test::Text<F>(first == 0 ? whole : name.substr(0, first)));
+    EXPECT_EQ(out[1], test::Text<F>(first == 0 ? "" : second == 0 ? name : name.substr(0, second)));
+    EXPECT_TRUE(this->Holds(bytes));
+    ASSERT_FALSE(this->HasFailure()) << testing::PrintToString(name);
+  }
+}
+
+TYPED_TEST(UncTest, CutComponentsToTheirBuffers) {
+  using F = TypeParam;
+  using Char = typename F::Char;
+  const auto name = test::Text<F>("\\\\server\\share\\path");
+  const auto* psz = name.c_str();
+  test::GuardedBuffer server(4 * this->kUnit), resource(this->kUnit), path(this->kUnit - 1);
+  EXPECT_EQ(F::BreakUNCName(psz, server.As<Char>(), server.size(), resource.As<Char>(),
+                            resource.size(), path.As<Char>(), path.size()),
+            7u);
+  EXPECT_EQ(server.Bytes(), this->BytesOf("ser"));
+  EXPECT_EQ(resource.Bytes(), this->BytesOf(""));
+  EXPECT_TRUE(path.IsUntouched());
+  for (auto* extract : {F::ExtractServer, F::ExtractServerResource}) {
+    EXPECT_EQ(extract(psz, this->Put(Pattern(5 * this->kUnit)), 5 * this->kUnit), 1);
+    EXPECT_TRUE(this->Holds(this->BytesOf("\\\\se")));
+    EXPECT_EQ(extract(psz, path.As<Char>(), path.size()), 0);
+    EXPECT_EQ(extract(psz, nullptr, UT_SIZE_UNCHECKED), 0);
+  }
+}
+
+TYPED_TEST(UncTest, AnswerNullAndWhatIsNoName) {
+  using F = TypeParam;
+  const auto name = test::Text<F>("\\\\server\\share\\path");
+  const auto* psz = name.c_str();
+  EXPECT_EQ(F::SearchUNCName(psz, nullptr, nullptr, nullptr), 7u);
+  auto* mark = this->Put(Pattern(8));
+  auto* found = mark;
+  EXPECT_EQ(F::SearchUNCName(nullptr, &found, &found, &found), 0u);
+  EXPECT_EQ(found, mark);
+  EXPECT_EQ(F::BreakUNCName(nullptr, mark, 8, mark, 8, mark, 8), 0u);
+  EXPECT_EQ(F::CheckUNCName(nullptr), 0u);
+  for (const auto* none : {psz + 1, psz + 2, static_cast<decltype(psz)>(nullptr)}) {
+    EXPECT_EQ(F::ExtractServer(none, mark, 8), 0);
+    EXPECT_EQ(F::ExtractServerResource(none, mark, 8), 0);
+  }
+  EXPECT_TRUE(this->Holds(Pattern(8)));
+}
+
+// The outcome of appending a component. A lead byte takes the byte behind it along.
+std::string Appended(std::string path, Part component) {
+  bool endsInSeparator = false;
+  for (std::size_t i = 0; i < path.size(); ++i) {
+    endsInSeparator = path[i] == '\\';
+    if (path[i] == '\x83') ++i;
+  }
+  if (!endsInSeparator) path += '\\';
+  return path + WithoutLead(component == nullptr ? "" : component);
+}
+
+TYPED_TEST(UncTest, AppendComponentsByTheLastCharacter) {
+  using F = TypeParam;
+  for (const auto& path : this->Texts(5)) {
+    for (const Part component :
+         {Part{nullptr}, "", "\\", "\\\\", "x", "\\x", "\\\\sub\\", "x\\\\y"}) {
+      const auto expected = this->BytesOf(Appended(path, component));
+      auto* psz = this->Put(Over(Pattern(expected.size()), this->BytesOf(path)));
+      F::AppendPathComponent(psz, this->Argument(0, component));
+      EXPECT_TRUE(this->Holds(expected)) << path << " and " << testing::PrintToString(component);
+    }
+  }
+  F::AppendPathComponent(nullptr, nullptr);
+  typename F::Char self[8] = {'a', 'b', 0};
+  F::AppendPathComponent(self, self);  // which by then ends with a backslash
+  EXPECT_EQ(self, test::Text<F>("ab\\ab\\"));
+}
+
+TYPED_TEST(UncTest, BuildFromAllPartsWithinEverySize) {
+  using F = TypeParam;
+  const Part parts[] = {nullptr, "", "\\", "srv", "\\\\s", "re\\", "\\p\\\\q"};
+  for (int i = 0; i < 7 * 7 * 7; ++i) {
+    const Part server = parts[i % 7], others[] = {parts[i / 7 % 7], parts[i / 49]};
+    const bool hasServer = server != nullptr && *server != 0;
+    std::string name = hasServer ? "\\\\" + WithoutLead(server) : "";
+    DWORD needed = name.size();
+    for (const Part part : others) {
+      if (part == nullptr) continue;
+      needed += WithoutLead(part).size() + 1;
+      name = Appended(name, part);
+    }
+    needed = std::max((needed + (needed != 0)) * this->kUnit, this->kUnit);
+    for (DWORD size = 0; size <= needed + 2; ++size) {
+      const bool fits = size >= needed;
+      for (const DWORD cbOut : {size, fits ? UT_SIZE_UNCHECKED : size}) {
+        auto* out = this->Put(Pattern(size));
+        EXPECT_EQ(F::BuildUNCName(out, cbOut, this->Argument(0, server),
+                                  this->Argument(1, others[0]), this->Argument(2, others[1])),
+                  fits);
+        const auto stored = size < this->kUnit ? Bytes{} : this->BytesOf(fits ? name : "");
+        ASSERT_TRUE(this->Holds(Over(Pattern(size), stored))) << name << " into " << cbOut;
+      }
+    }
+  }
+  EXPECT_EQ(F::BuildUNCName(nullptr, UT_SIZE_UNCHECKED, nullptr, nullptr, nullptr), 0);
+}
+
+TYPED_TEST(UncTest, WriteServerNamesInBothFormsWithinEverySize) {
+  using F = TypeParam;
+  for (const Part server :
+       {Part{nullptr}, "", "\\", "\\\\", "srv", "\\\\srv", "\\\\\\srv", "s\\"}) {
+    for (const INT nForm : {UT_SERVERNAME_UNC, 0, 2, -1, 0x10001}) {
+      const std::string given = server == nullptr ? "" : server;
+      const std::string name = (nForm == 1 ? "\\\\" : "") + WithoutLead(given);
+      const DWORD needed = (given.size() + (nForm == 1 ? 3 : 1)) * this->kUnit;
+      for (DWORD size = 0; size <= needed + 2; ++size) {
+        const bool stands = size >= needed && server != nullptr;
+        for (const DWORD cbOut : {size, size >= needed ? UT_SIZE_UNCHECKED : size}) {
+          auto* out = this->Put(Pattern(size));
+          EXPECT_EQ(F::ServerName(this->Argument(0, server), nForm, out, cbOut), stands);
+          const auto stored = size < this->kUnit ? Bytes{} : this->BytesOf(stands ? name : "");
+          ASSERT_TRUE(this->Holds(Over(Pattern(size), stored)))
+              << given << ", form " << nForm << ", size " << cbOut;
+        }
+      }
+    }
+  }
+  EXPECT_EQ(F::ServerName(this->Argument(0, "s"), 1, nullptr, UT_SIZE_UNCHECKED), 0);
+}
+
+TYPED_TEST(UncTest, ConvertServerNamesOfUpToSixtyFourCharacters) {
+  for (int i = 0; i < 70 * 4 * 3; ++i) {
+    const std::size_t length = i % 70, lead = std::min<std::size_t>(i / 70 % 4, length);
+    const INT nForm = i / 280;
+    const auto name = std::string(lead, '\\') + std::string(length - lead, 'n');
+    auto expected = (nForm == UT_SERVERNAME_UNC ? "\\\\" : "") + WithoutLead(name);
+    if (length > (nForm == UT_SERVERNAME_UNC ? 61 : 63)) expected = "";
+    // Nothing behind the new terminator is written, so the old characters show there.
+    const auto after = this->BytesOf(expected);
+    const auto before = Over(Pattern(after.size()), this->BytesOf(name));
+    TypeParam::ConvertServerName(this->Put(before), nForm);
+    EXPECT_TRUE(this->Holds(Over(before, after))) << name << ", form " << nForm;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,191 @@
+// XBuf beside a model that is checked after every step.
+#include <gtest/gtest.h>
+#include <host.h>
+#include <tavkit.h>
+#include <win32.h>
+
+#include <array>
+
+#include "support/forms.h"
+#include "support/guarded.h"
+#include "support/random.h"
+
+namespace {
+
+using test::CallWithWords;
+using test::GuardedBuffer;
+using Fields = std::array<std::uintptr_t, 8>;
+
+std::uintptr_t Address(const void* p) { return reinterpret_cast<std::uintptr_t>(p); }
+
+// What an XBuf has to be, from nothing but its buffer and what is in use; and its buffer's bytes.
+struct Model {
+  BYTE* pBuffer = nullptr;
+  DWORD cbBuffer = 0, cbFront = 0, cbBack = 0, owns = 0;
+  std::vector<BYTE> bytes = {};
+
+  DWORD Free() const { return cbBuffer - cbFront - cbBack; }
+
+  // The block that a reservation gives; NULL, and nothing changed, if there is none.
+  BYTE* Take(WORD side, DWORD cb) {
+    if (cb == 0 || cb > Free() || side > UT_XBUF_BACK) return nullptr;
+    (side == UT_XBUF_FRONT ? cbFront : cbBack) += cb;
+    return pBuffer + (side == UT_XBUF_FRONT ? cbFront - cb : cbBuffer - cbBack);
+  }
+  void Check(HXBUF hXBuf) const {
+    BYTE* pFree = Free() ? pBuffer + cbFront : nullptr;
+    BYTE* pBack = cbBack ? pBuffer + cbBuffer - cbBack : nullptr;
+    const BYTE* blocks[] = {pBuffer, cbFront ? pBuffer : nullptr, pBack, pFree, nullptr};
+    const DWORD sizes[] = {cbBuffer, cbFront, cbBack, Free(), 0};
+    for (DWORD i = 0; i < 5; ++i) {
+      SCOPED_TRACE(testing::Message() << "block " << i);
+      EXPECT_EQ(CallWithWords(utXBufGetBlock, hXBuf, 0x00010000u | i), blocks[i]);
+      EXPECT_EQ(CallWithWords(utXBufGetBlockSize, hXBuf, 0x00010000u | i), sizes[i]);
+    }
+    EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), cbFront + cbBack);
+    Fields fields;
+    std::memcpy(fields.data(), hXBuf, sizeof fields);
+    EXPECT_EQ(fields, (Fields{UT_XBUF_SIGNATURE, Address(pBuffer), cbBuffer, Address(pFree), Free(),
+                              cbFront, cbBack, owns}));
+    EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), pBuffer));
+  }
+};
+
+// One XBuf, its model, and steps that do the same to both.
+class XBufWalk {
+ public:
+  // Every seed begins with an XBuf that got no buffer: of no size, at any address, or of no memory.
+  explicit XBufWalk(unsigned seed) : random_(seed) {
+    host::FailCall(seed % 3 == 2 ? 2 : 0, 0, "LocalAlloc");
+    hXBuf_ = utXBufCreate(seed % 3 == 2 ? 8 : 0, seed % 3 == 1 ? this : nullptr);
+    host::FailCall(0);
+    model_.Check(hXBuf_);
+  }
+  ~XBufWalk() {
+    utXBufDestroy(hXBuf_);
+    for (void* block : own_) LocalFree(block);
+  }
+  void Step() {
+    const unsigned kind = random_.Below(16);
+    kind == 0 ? UseBuffer() : kind == 1 ? SetOwner() : kind < 4 ? SetSpaceUsed() : Place();
+    model_.Check(hXBuf_);
+  }
+
+ private:
+  DWORD AnySize() {
+    const DWORD sizes[] = {0, 1, random_.Below(24), model_.Free(), model_.Free() + 1, 0xFFFFFFF0u};
+    return sizes[random_.Below(6)];
+  }
+  void UseBuffer() {
+    const DWORD cb = random_.Below(8) == 0 ? 0 : 1 + random_.Below(70);
+    BYTE* block = nullptr;
+    if (random_.Below(2) != 0) own_.push_back(block = static_cast<BYTE*>(LocalAlloc(0, cb)));
+    const bool fails = block == nullptr && random_.Below(4) == 0;
+    Model next;
+    if (block != nullptr && cb != 0) next = {block, cb, 0, 0, 0, {block, block + cb}};
+    host::FailCall(fails ? 1 : 0, 0, "LocalAlloc");
+    EXPECT_EQ(utXBufUseBuffer(hXBuf_, cb, block), cb != 0 && !fails);
+    host::FailCall(0);
+    if (block == nullptr && cb != 0 && !fails) {
+      auto* owned = static_cast<BYTE*>(utXBufGetBlock(hXBuf_, UT_XBUF_BLOCK_BUFFER));
+      next = {owned, cb, 0, 0, 1, std::vector<BYTE>(cb, 0)};
+    }
+    model_ = next;
+  }
+  void SetOwner() {
+    const DWORD owner = random_.Of<DWORD>({0, 1, 0x80000000u});
+    utXBufSetOwner(hXBuf_, owner);
+    if (model_.pBuffer == nullptr) return;
+    std::erase(own_, model_.pBuffer);
+    if (owner == 0) own_.push_back(model_.pBuffer);
+    model_.owns = owner;
+  }
+  void SetSpaceUsed() {
+    const DWORD front = AnySize(), back = random_.Below(3) ? AnySize() : model_.cbBuffer - front;
+    const bool fits = std::uint64_t{front} + back <= model_.cbBuffer;
+    EXPECT_EQ(utXBufSetSpaceUsed(hXBuf_, front, back), fits);
+    if (fits) model_.cbFront = front, model_.cbBack = back;
+  }
+  // A reservation, or one of the three copies, with garbage above the side's 16 bits.
+  void Place() {
+    const DWORD kind = random_.Below(4);
+    const DWORD cb = kind < 2 ? AnySize() : (1 + random_.Below(9)) * (kind - 1);
+    const DWORD side = random_.Below(2) * 0x10000u + random_.Below(16) % 5 % 3;
+    GuardedBuffer source(cb < 100 ? cb : 0);
+    if (kind >= 2) std::memset(source.data() + cb - (kind - 1), 0, kind - 1);
+    void* from = kind != 0 && random_.Below(8) == 0 ? nullptr : source.data();
+    BYTE* expected = from ? model_.Take(static_cast<WORD>(side), cb) : nullptr;
+    if (expected && kind != 0) std::memcpy(&model_.bytes[expected - model_.pBuffer], from, cb);
+    LPVOID block = this;
+    LPVOID* ppBlock = random_.Below(8) != 0 ? &block : nullptr;
+    const BOOL results = kind == 0   ? CallWithWords(utXBufReserveBlock, hXBuf_, side, cb, ppBlock)
+                         : kind == 1 ? CallWithWords(utXBufCopyTo, hXBuf_, side, from, cb, ppBlock)
+                         : kind == 2
+                             ? CallWithWords(utXBufCopyStringTo, hXBuf_, side, from, ppBlock)
+                             : CallWithWords(utXBufCopyWideStringTo, hXBuf_, side, from, ppBlock);
+    EXPECT_EQ(results, from == nullptr || cb == 0 || expected != nullptr);
+    EXPECT_EQ(block, ppBlock ? expected : static_cast<LPVOID>(this));
+  }
+
+  test::Random random_;
+  HXBUF hXBuf_;
+  Model model_;
+  std::vector<void*> own_;  // blocks that the XBuf must not free
+};
+
+TEST(XBuf, AgreesWithTheModelAfterEveryStep) {
+  for (unsigned seed = 0; seed < 60; ++seed) {
+    XBufWalk walk(seed);
+    for (int step = 0; step < 80 && !testing::Test::HasFailure(); ++step) {
+      SCOPED_TRACE(testing::Message() << "seed " << seed << ", step " << step);
+      walk.Step();
+    }
+  }
+}
+
+TEST(XBuf, AllocatesAndFreesInOrder) {
+  BYTE own[4];
+  host::FailCall(1, 0, "LocalAlloc");
+  EXPECT_EQ(utXBufCreate(4, own), nullptr);
+  host::StartJournal();
+  const HXBUF hXBuf = utXBufCreate(9, nullptr);
+  const auto first = Address(utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER));
+  utXBufUseBuffer(hXBuf, sizeof own, own);
+  utXBufUseBuffer(hXBuf, 8, nullptr);
+  const auto second = Address(utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER));
+  utXBufDestroy(hXBuf);
+  const std::vector<host::Call> expected = {
+      {"LocalAlloc", {0x40, 32}}, {"LocalAlloc", {0x40, 9}}, {"LocalFree", {first}},
+      {"LocalAlloc", {0x40, 8}},  {"LocalFree", {second}},   {"LocalFree", {Address(hXBuf)}}};
+  EXPECT_EQ(host::TakeJournal(), expected);
+}
+
+TEST(XBuf, RefusesWhatIsNoLivingObject) {
+  const HXBUF destroyed = utXBufCreate(8, nullptr);
+  utXBufDestroy(destroyed);                   // its bytes stay readable here
+  GuardedBuffer fourBytes(4), oddAddress(5);  // nothing behind the 32 bits may be read
+  const DWORD wrong = UT_XBUF_SIGNATURE ^ 0x80000000u;
+  for (auto* buffer : {&fourBytes, &oddAddress}) std::memcpy(buffer->data(), &wrong, sizeof wrong);
+  host::StartJournal();
+  for (const HXBUF hXBuf :
+       {HXBUF{}, destroyed, fourBytes.As<HXBUF__>(), oddAddress.As<HXBUF__>()}) {
+    SCOPED_TRACE(hXBuf);
+    utXBufDestroy(hXBuf);
+    utXBufSetOwner(hXBuf, 1);
+    EXPECT_EQ(utXBufUseBuffer(hXBuf, 8, nullptr), 0);
+    EXPECT_EQ(utXBufSetSpaceUsed(hXBuf, 0, 0), 0);
+    EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), 0u);
+    EXPECT_EQ(utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER), nullptr);
+    EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_BUFFER), 0u);
+    for (const DWORD cb : {0u, 1u}) {
+      LPVOID block = &block;
+      EXPECT_EQ(utXBufReserveBlock(hXBuf, UT_XBUF_BACK, cb, &block), 0);
+      EXPECT_EQ(block, &block);
+      EXPECT_EQ(utXBufCopyTo(hXBuf, UT_XBUF_BACK, "a", cb, &block), cb == 0);
+      EXPECT_EQ(block, nullptr);
+    }
+  }
+  EXPECT_TRUE(host::TakeJournal().empty());
+}
+
+}  // namespace

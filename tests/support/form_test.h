@@ -1,0 +1,53 @@
+// The ground of typed tests on buffers: a block of any size directly in front of an inaccessible
+// page, without a new mapping for each.
+#ifndef TESTS_SUPPORT_FORM_TEST_H
+#define TESTS_SUPPORT_FORM_TEST_H
+
+#include "support/forms.h"
+#include "support/guarded.h"
+
+namespace test {
+
+using Bytes = std::vector<unsigned char>;
+
+inline Bytes Pattern(std::size_t size) {
+  return Bytes(size, kPattern);
+}
+
+// Bytes with others laid over their front, as long as the longer of the two.
+inline Bytes Over(Bytes below, const Bytes& above) {
+  below.resize(std::max(below.size(), above.size()));
+  std::copy(above.begin(), above.end(), below.begin());
+  return below;
+}
+
+template <class Form>
+class FormTest : public testing::Test {
+ protected:
+  using Char = typename Form::Char;
+  using String = std::basic_string<Char>;
+  static constexpr DWORD kUnit = sizeof(Char);
+
+  // Puts a block of at most 512 bytes; everything in front of it holds the pattern.
+  Char* Put(const Bytes& block) {
+    memory_.Refill();
+    std::copy(block.begin(), block.end(), Start(block));
+    return reinterpret_cast<Char*>(Start(block));
+  }
+  // Whether the block that was put is this one now, and nothing in front of it was written.
+  bool Holds(const Bytes& block) {
+    return std::equal(block.begin(), block.end(), Start(block)) &&
+           std::all_of(memory_.data(), Start(block), [](auto byte) { return byte == kPattern; });
+  }
+
+ private:
+  unsigned char* Start(const Bytes& block) {
+    return memory_.data() + memory_.size() - block.size();
+  }
+
+  GuardedBuffer memory_{512};
+};
+
+}  // namespace test
+
+#endif  // TESTS_SUPPORT_FORM_TEST_H
