@@ -1,7 +1,6 @@
 #include "registry.h"
 
 #include <algorithm>
-#include <cstring>
 #include <mutex>
 #include <utility>
 

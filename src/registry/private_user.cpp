@@ -79,10 +79,10 @@ DWORD UT_API utRegGetPrivateUserString(LPCSTR pszSection, LPCSTR pszValueName, L
                                        LPSTR pszBuffer, DWORD cbBuffer, LPCSTR pszProduct) {
   const PrivatePath path(pszSection, pszProduct);
   if (!path.Fits()) return 0;
-  DWORD cbFilled;
+  DWORD cbText;
   tavkit::ReadString(HKEY_CURRENT_USER, path, pszValueName, pszDefault, pszBuffer, cbBuffer,
-                     &cbFilled);
-  return pszBuffer == nullptr ? 0 : tavkit::TextLength(pszBuffer, cbFilled);
+                     &cbText);
+  return pszBuffer == nullptr ? 0 : tavkit::TextLength(pszBuffer, cbText);
 }
 
 DWORD UT_API utRegGetPrivateUserDword(LPCSTR pszSection, LPCSTR pszValueName, DWORD dwDefault,

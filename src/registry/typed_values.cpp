@@ -60,15 +60,15 @@ bool BoolFromData(DWORD dwType, const BoolData& data, DWORD cbData, BOOL* pfValu
 }  // namespace
 
 DWORD ReadString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPCSTR pszDefault,
-                 LPSTR pszBuffer, DWORD cbBuffer, DWORD* pcbFilled) {
+                 LPSTR pszBuffer, DWORD cbBuffer, DWORD* pcbText) {
   DWORD dwType = 0;
   DWORD cbData = cbBuffer;
   const DWORD code = utRegQueryValue(hKey, pszSubKey, pszValueName, &dwType, pszBuffer, &cbData);
   if (code == ERROR_SUCCESS && dwType == REG_SZ) {
-    *pcbFilled = cbData < cbBuffer ? cbData : cbBuffer;
+    *pcbText = cbData < cbBuffer ? cbData : cbBuffer;
     return ERROR_SUCCESS;
   }
-  *pcbFilled = utCopyString(pszDefault, pszBuffer, cbBuffer) ? cbBuffer : 0;
+  *pcbText = utCopyString(pszDefault, pszBuffer, cbBuffer) ? cbBuffer : 0;
   return Refused(code);
 }
 
@@ -76,9 +76,9 @@ DWORD ReadString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPCSTR pszDef
 
 DWORD UT_API utRegGetValueString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName,
                                  LPCSTR pszDefault, LPSTR pszBuffer, DWORD cbBuffer) {
-  DWORD cbFilled;
+  DWORD cbText;
   return tavkit::ReadString(hKey, pszSubKey, pszValueName, pszDefault, pszBuffer, cbBuffer,
-                            &cbFilled);
+                            &cbText);
 }
 
 DWORD UT_API utRegGetValueDword(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, DWORD dwDefault,

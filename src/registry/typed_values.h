@@ -6,11 +6,10 @@
 
 namespace tavkit {
 
-// Reads a text as utRegGetValueString does, and tells in *pcbFilled how many bytes from the start
-// of the buffer can be told to hold something: what was delivered, or cbBuffer for the default,
-// which ends with a terminator somewhere in there.
+// Reads a text as utRegGetValueString does, and tells in *pcbText how far its terminator may be
+// looked for: the bytes that were delivered or, for the default, which always has one, cbBuffer.
 DWORD ReadString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPCSTR pszDefault,
-                 LPSTR pszBuffer, DWORD cbBuffer, DWORD* pcbFilled);
+                 LPSTR pszBuffer, DWORD cbBuffer, DWORD* pcbText);
 
 }  // namespace tavkit
 
