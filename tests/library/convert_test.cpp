@@ -131,15 +131,13 @@ TEST(HexText, IsReadFromEveryPairInBulkAndAlone) {
   EXPECT_EQ(bulk.Bytes(), expected);
   for (std::size_t i = 0; i < expected.size(); ++i) utAscii2Hex(single.data() + i, &text[2 * i], 2);
   EXPECT_EQ(single.Bytes(), expected);
-}
 
-TEST(HexText, IsLeftAloneWithoutAnAddress) {
-  GuardedBuffer buffer(64);
-  utHex2Ascii(nullptr, buffer.data(), 32);
-  utHex2Ascii(buffer.As<char>(), nullptr, 32);
-  utAscii2Hex(nullptr, buffer.As<char>(), 64);
-  utAscii2Hex(buffer.data(), nullptr, 64);
-  EXPECT_TRUE(buffer.IsUntouched());
+  bulk.Refill();  // and nothing without an address
+  utHex2Ascii(nullptr, bulk.data(), 32);
+  utHex2Ascii(bulk.As<char>(), nullptr, 32);
+  utAscii2Hex(nullptr, bulk.As<char>(), 64);
+  utAscii2Hex(bulk.data(), nullptr, 64);
+  EXPECT_TRUE(bulk.IsUntouched());
 }
 
 TEST(SystemFamily, IsNtWithItsMajorVersionOrNone) {
@@ -173,23 +171,21 @@ TEST(CodePageConversion, AsksThePlatformForTheWholeString) {
 
 TEST(CodePageConversion, LeavesAnEmptyStringWhereNothingIsStored) {
   host::SetCodePage(932);
-  GuardedBuffer wide(2), bytes(1);
-  const auto check = [&](INT capacity, unsigned failingCall) {
-    wide.Refill();
-    bytes.Refill();
-    host::FailCall(failingCall);
-    EXPECT_EQ(*utA2WHelper(wide.As<WCHAR>(), "abc", capacity), 0);
-    host::FailCall(failingCall);
-    EXPECT_EQ(*utW2AHelper(bytes.As<char>(), u"abc", capacity), 0);
-  };
-  check(0, 0);
-  check(-1, 0);
-  check(4, 1);
-  wide.Refill();
-  EXPECT_EQ(utA2WHelper(wide.As<WCHAR>(), nullptr, 1), nullptr);
-  EXPECT_EQ(utW2AHelper(wide.As<char>(), nullptr, 2), nullptr);
-  EXPECT_TRUE(wide.IsUntouched());
-  EXPECT_EQ(*utA2WHelper(wide.As<WCHAR>(), "a\x81", 8), 0);  // a lead byte without its trail byte
+  GuardedBuffer target(2);
+  for (const INT capacity : {0, -1, 4}) {
+    target.Refill();
+    host::FailCall(capacity == 4, 0, "MultiByteToWideChar");
+    EXPECT_EQ(*utA2WHelper(target.As<WCHAR>(), "abc", capacity), 0);
+    target.Refill();
+    host::FailCall(capacity == 4, 0, "WideCharToMultiByte");
+    EXPECT_EQ(*utW2AHelper(target.As<char>(), u"abc", capacity), 0);
+    EXPECT_TRUE(target.IsUntouched(1));
+  }
+  target.Refill();
+  EXPECT_EQ(utA2WHelper(target.As<WCHAR>(), nullptr, 1), nullptr);
+  EXPECT_EQ(utW2AHelper(target.As<char>(), nullptr, 2), nullptr);
+  EXPECT_TRUE(target.IsUntouched());
+  EXPECT_EQ(*utA2WHelper(target.As<WCHAR>(), "a\x81", 8), 0);  // a lead byte without its trail byte
 }
 
 // What a code page lacks becomes the default character, or one that it has and that stays.
