@@ -25,7 +25,6 @@
 #include "tavkit/xbuf.h"
 #include "tavkit/netresource.h"
 #include "tavkit/registry.h"
-#include "tavkit/dialog.h"
 #include "tavkit/time.h"
 #include "tavkit/dialog.h"
 #include "tavkit/convert.h"

@@ -15,10 +15,11 @@
  * Two sizes are in use, both in bytes: the used size, which is the strings with their terminators
  * (5 above), and the full size, which is the used size and the final zero (6 above).
  *
- * What a call costs. Every operation that takes a list walks it from its head, once:
- * utAppendMultiAsciiz too, so a list that is built with it takes time that grows with the square of
- * its size. utCopyNextAsciiz walks nothing: a list that is built with it takes time that grows with
- * its size. The walk relies on the final zero and looks for nothing else.
+ * What a call costs. utMultiAsciizSize, utMultiAsciizStringCount, utScanMultiAsciiz,
+ * utAppendMultiAsciiz, utInsertMultiAsciiz, utRemoveMultiAsciiz and utMultiAsciiz2Array walk the
+ * list from its head, at most once. So a list that is built with utAppendMultiAsciiz takes time that
+ * grows with the square of its size. utCopyNextAsciiz walks nothing: a list that is built with it
+ * takes time that grows with its size. The walk relies on the final zero and looks for nothing else.
  *
  *     CHAR list[64];
  *     LPSTR cursor = list;

@@ -35,7 +35,8 @@
  *
  * @param pszPath      writable string with room for one backslash, the component and the
  *                     terminator; NULL does nothing.
- * @param pszComponent the component; NULL or an empty one leaves the path with its backslash.
+ * @param pszComponent the component; NULL or an empty one leaves the path with its backslash. It may
+ *                     be the path itself, as it stands once it ends with a backslash.
  */
 UT_EXPORT(56) void UT_API utAppendPathComponent(LPSTR pszPath, LPCSTR pszComponent);
 /** Wide form of utAppendPathComponent. */
@@ -98,11 +99,12 @@ UT_EXPORT(252) DWORD UT_API utCheckUNCNameW(LPCWSTR pszName);
  * its separator even if it is empty, and without a server the name begins with a single backslash.
  *
  * The room asked for counts two bytes and the name for a server, one byte and the name for a
- * resource or path, and one byte for the terminator of a name that isn't empty: never less than is
- * written.
+ * resource or path, and one byte for the terminator: never less than is written. A name without any
+ * part asks for nothing, and its terminator is written.
  *
  * @param pszOut      receives the name; NULL is refused. The parts don't overlap it.
- * @param cbOut       its size in bytes; 0 is refused. UT_SIZE_UNCHECKED covers any name.
+ * @param cbOut       its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED nothing is compared, and
+ *                    the caller provides the room asked for.
  * @param pszServer   the server; NULL or an empty one leaves it out.
  * @param pszResource the resource; NULL leaves it out.
  * @param pszPath     the path; NULL leaves it out.
@@ -124,8 +126,10 @@ UT_EXPORT(250) BOOL UT_API utBuildUNCNameW(LPWSTR pszOut, DWORD cbOut, LPCWSTR p
  *
  * @param pszServer the name; NULL gives 0 and an empty pszOut.
  * @param nForm     UT_SERVERNAME_UNC, or any other value for the name alone.
- * @param pszOut    receives the name; NULL is refused.
- * @param cbOut     its size in bytes; 0 is refused. UT_SIZE_UNCHECKED covers any name.
+ * @param pszOut    receives the name; NULL is refused. The name doesn't overlap it:
+ *                  utConvertServerName works in place.
+ * @param cbOut     its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED nothing is compared, and
+ *                  the caller provides the room asked for.
  * @return 1, or 0 with pszOut empty if there was no room, or untouched if it was refused.
  */
 UT_EXPORT(35) BOOL UT_API utServerName(LPCSTR pszServer, INT nForm, LPSTR pszOut, DWORD cbOut);

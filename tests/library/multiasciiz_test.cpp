@@ -1,4 +1,5 @@
 // MultiAsciiz lists, byte and wide forms by one text, beside models on vectors of strings.
+#include <host.h>
 #include <tavkit.h>
 
 #include <optional>
@@ -99,8 +100,18 @@ TYPED_TEST(MultiAsciizTest, AgreeWithTheModelOnRandomSequences) {
         const auto found = std::find_if(list.begin(), list.end(), [&](const auto& member) {
           return caseSensitive ? member == word : strcasecmp(member.c_str(), word.c_str()) == 0;
         });
+        std::vector<host::Call> calls;
+        const auto operation =
+            std::string(caseSensitive ? "lstrcmp" : "lstrcmpi") + (F::kIsWide ? 'W' : 'A');
+        for (auto it = list.begin(); !word.empty() && it != list.end(); ++it) {
+          calls.push_back(
+              {operation, {std::uintptr_t(psz), std::uintptr_t(at(it - list.begin()))}});
+          if (it == found) break;
+        }
+        host::StartJournal();
         EXPECT_EQ(F::ScanMultiAsciiz(psz, pList, caseSensitive),
                   found == list.end() && !word.empty() ? nullptr : at(found - list.begin()));
+        EXPECT_EQ(host::TakeJournal(), calls);
       }
     } else {
       if (kind == 2 && !list.empty()) {  // a member of the list itself goes in again
@@ -137,9 +148,12 @@ TYPED_TEST(MultiAsciizTest, FindTheEndOfListsOfAnyLengthAtAnyAddress) {
       starts.push_back(used.size());
     }
     auto block = test::BytesOf(used);
-    const bool isOnHeap = i % 2 == 0;  // where the sanitizers watch the block's ends
+    test::GuardedText<Char> front(used, test::Guard::kInFront);
+    const bool isOnHeap = i % 3 == 0;  // where the sanitizers watch the block's ends
     if (!isOnHeap) block.resize(block.size() + random.Below(17), test::kPattern);
-    const Char* pList = isOnHeap ? reinterpret_cast<Char*>(block.data()) : this->Put(block);
+    const Char* pList = isOnHeap     ? reinterpret_cast<Char*>(block.data())
+                        : i % 3 == 1 ? front.get()
+                                     : this->Put(block);
     EXPECT_EQ(F::MultiAsciizSize(pList, 0), used.size() * this->kUnit);
     EXPECT_EQ(F::MultiAsciizSize(pList, 7), (used.size() + 1) * this->kUnit);
     EXPECT_EQ(F::MultiAsciizStringCount(pList), starts.size() - 1);

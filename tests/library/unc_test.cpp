@@ -72,7 +72,8 @@ TYPED_TEST(UncTest, ParseEveryShortName) {
     const auto expected = Parse(name);
     const auto& [server, resource, path] = expected.parts;
     const DWORD bits = !server.empty() + 2 * !resource.empty() + 4 * !path.empty();
-    const auto bytes = this->BytesOf(name);
+    auto bytes = this->BytesOf(name);
+    if (name.size() % 2 != 0) bytes.push_back(test::kPattern);  // from an odd address on
     Char* psz = this->Put(bytes);
     Char out[3][40];
     EXPECT_EQ(F::CheckUNCName(psz), bits);
@@ -118,6 +119,35 @@ TYPED_TEST(UncTest, CutComponentsToTheirBuffers) {
   }
 }
 
+TYPED_TEST(UncTest, StoreNothingBehindTheCopies) {
+  using F = TypeParam;
+  const struct {
+    decltype(F::ExtractServer) extract;
+    Part name, out;
+    std::size_t zeros;  // a whole name comes with a second one
+  } cases[] = {{F::ExtractServer, "\\\\s", "\\\\s", 2},
+               {F::ExtractServer, "\\\\s\\", "\\\\s", 1},
+               {F::ExtractServerResource, "\\\\s\\r", "\\\\s\\r", 2},
+               {F::ExtractServerResource, "\\\\s\\r\\", "\\\\s\\r", 1}};
+  for (const DWORD cbOut : {30u, UT_SIZE_UNCHECKED}) {
+    for (const auto& row : cases) {
+      EXPECT_EQ(row.extract(this->Argument(0, row.name), this->Put(Pattern(30)), cbOut), 1);
+      EXPECT_TRUE(this->Holds(Over(Pattern(30), test::BytesOf(test::Text<F>(row.out), row.zeros))))
+          << row.name;
+    }
+    const DWORD third = 10 / this->kUnit;
+    auto* out = this->Put(Pattern(30));
+    F::BreakUNCName(this->Argument(0, "\\\\s\\re\\p"), out, cbOut == 30 ? 10 : cbOut, out + third,
+                    cbOut == 30 ? 10 : cbOut, out + 2 * third, cbOut == 30 ? 10 : cbOut);
+    Bytes expected;
+    for (const Part part : {"s", "re", "p"}) {
+      const auto slot = Over(Pattern(10), this->BytesOf(part));
+      expected.insert(expected.end(), slot.begin(), slot.end());
+    }
+    EXPECT_TRUE(this->Holds(expected));
+  }
+}
+
 TYPED_TEST(UncTest, AnswerNullAndWhatIsNoName) {
   using F = TypeParam;
   const auto name = test::Text<F>("\\\\server\\share\\path");
@@ -156,6 +186,10 @@ TYPED_TEST(UncTest, AppendComponentsByTheLastCharacter) {
       auto* psz = this->Put(Over(Pattern(expected.size()), this->BytesOf(path)));
       F::AppendPathComponent(psz, this->Argument(0, component));
       EXPECT_TRUE(this->Holds(expected)) << path << " and " << testing::PrintToString(component);
+      test::GuardedBuffer front(expected.size(), test::Guard::kInFront);
+      front.Set(this->BytesOf(path));
+      F::AppendPathComponent(front.template As<typename F::Char>(), this->Argument(0, component));
+      EXPECT_EQ(front.Bytes(), expected);
     }
   }
   F::AppendPathComponent(nullptr, nullptr);
