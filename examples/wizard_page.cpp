@@ -4,11 +4,9 @@
 // Usage: wizard_page [PATH OF TAVKIT.DLL]
 //
 // It is a Linux program that calls the shipped DLL; the windows are those of the platform layer.
-#include <client.h>
 #include <desktop.h>
-#include <tavkit.h>
 
-#include <cstdio>
+#include "example.h"
 
 namespace {
 
@@ -121,13 +119,4 @@ void RunWizard() {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-  try {
-    const auto module = host::ConnectTavkit(argc > 1 ? argv[1] : "dist/bin/TAVKIT.DLL");
-    RunWizard();
-    return 0;
-  } catch (const host::ModuleError& error) {
-    std::fprintf(stderr, "wizard_page: the DLL can't be loaded: %s\n", error.what());
-    return 1;
-  }
-}
+int main(int argc, char** argv) { return example::Run(argc, argv, RunWizard); }

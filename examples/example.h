@@ -1,0 +1,32 @@
+// What the examples share: the way from main to a body that calls the DLL.
+#ifndef EXAMPLES_EXAMPLE_H
+#define EXAMPLES_EXAMPLE_H
+
+#include <client.h>
+#include <tavkit.h>
+
+#include <cstdio>
+
+namespace example {
+
+// Connects the exports with the DLL that the program's argument names, or with the release, and
+// runs the body. The result is for main.
+inline int Run(int argc, char** argv, void (*body)()) {
+  try {
+    const auto module = host::ConnectTavkit(argc > 1 ? argv[1] : "dist/bin/TAVKIT.DLL");
+    body();
+    return 0;
+  } catch (const host::ModuleError& error) {
+    std::fprintf(stderr, "%s: the DLL can't be loaded: %s\n", argv[0], error.what());
+    return 1;
+  }
+}
+
+// Places are printed as bytes from a start, since addresses differ from run to run.
+inline unsigned Offset(const void* start, const void* place) {
+  return static_cast<unsigned>(static_cast<const char*>(place) - static_cast<const char*>(start));
+}
+
+}  // namespace example
+
+#endif  // EXAMPLES_EXAMPLE_H
