@@ -74,7 +74,8 @@ UT_EXPORT(147) void UT_API utHex2Ascii(LPSTR pszTarget, const BYTE* pbSource, DW
 /**
  * Reads hexadecimal text into bytes, two characters for each; of an odd count, the last character
  * gives a byte of its own with that value. A character that is no hexadecimal digit counts as 0.
- * Does nothing if either address is NULL. The two ranges may not overlap.
+ * Does nothing if either address is NULL. The text may be read in place, that is with one address
+ * for both; otherwise the two ranges may not overlap.
  *
  * @param pbTarget  receives the bytes; it has room for half of cchSource, rounded up.
  * @param pszSource the text; a terminator is neither needed nor looked for.

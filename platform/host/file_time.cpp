@@ -72,8 +72,9 @@ std::optional<Time> Join(const Fields& fields) {
   const std::chrono::year_month_day date{std::chrono::year{fields.year},
                                          std::chrono::month{fields.month},
                                          std::chrono::day{fields.day}};
-  if (!date.ok() || fields.hour > 23 || fields.minute > 59 || fields.second > 59 ||
-      fields.millisecond > 999) {
+  // The calendar's own types keep the low byte of a month or a day only.
+  if (fields.month > 12 || fields.day > 31 || !date.ok() || fields.hour > 23 ||
+      fields.minute > 59 || fields.second > 59 || fields.millisecond > 999) {
     return {};
   }
   return sys_days{date} + hours{fields.hour} + minutes{fields.minute} + seconds{fields.second} +

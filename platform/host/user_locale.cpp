@@ -50,7 +50,7 @@ constexpr Run kNames[] = {
     {LOCALE_SABBREVMONTHNAME1, 12, ABMON_1, 0},
 };
 
-// A clock of 12 hours shows them by %I, or as a whole by %r.
+// A clock of 12 hours shows them by %I or %l, the half of the day by %p, or all of it by %r.
 bool HasTwelveHours(const std::string& format) {
   for (const char* conversion : {"%I", "%l", "%r", "%p"}) {
     if (format.find(conversion) != std::string::npos) return true;

@@ -62,10 +62,11 @@ void UT_API utHex2Ascii(LPSTR pszTarget, const BYTE* pbSource, DWORD cbSource) {
     pbSource += tavkit::kStep;
     pszTarget += 2 * tavkit::kStep;
   }
-  for (; cbSource != 0; --cbSource, ++pbSource) {
+  for (; cbSource != 0; --cbSource) {
     static constexpr char kDigits[] = "0123456789ABCDEF";
-    *pszTarget++ = kDigits[*pbSource >> 4];
-    *pszTarget++ = kDigits[*pbSource & 0x0F];
+    const BYTE byte = *pbSource++;
+    *pszTarget++ = kDigits[byte >> 4];
+    *pszTarget++ = kDigits[byte & 0x0F];
   }
 }
 

@@ -34,7 +34,8 @@ TEST_F(Settings, ConvertTimesWithinThePlatformsLimits) {
                                 {1900, 2, 0, 29, 0, 0, 0, 0},       {1999, 13, 0, 1, 0, 0, 0, 0},
                                 {1999, 1, 0, 0, 0, 0, 0, 0},        {1999, 1, 0, 1, 24, 0, 0, 0},
                                 {1999, 1, 0, 1, 0, 60, 0, 0},       {1999, 1, 0, 1, 0, 0, 60, 0},
-                                {1999, 1, 0, 1, 0, 0, 0, 1000},     {65535, 1, 0, 1, 0, 0, 0, 0}};
+                                {1999, 1, 0, 1, 0, 0, 0, 1000},     {65535, 1, 0, 1, 0, 0, 0, 0},
+                                {1999, 257, 0, 1, 0, 0, 0, 0},      {1999, 1, 0, 257, 0, 0, 0, 0}};
   for (const auto& time : invalid) EXPECT_EQ(SystemTimeToFileTime(&time, &ft), 0) << &time - invalid;
   for (const DWORD high : {0x7FFF35F5u, 0x80000000u, 0xFFFFFFFFu}) {
     ft = {0, high};

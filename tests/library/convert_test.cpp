@@ -40,7 +40,9 @@ TEST(DigitText, TellsTheFirstCharacterOutsideTheClass) {
     char* const unwritten = text.empty() ? nullptr : buffer.get() - 1;
     char* bad = unwritten;
     const std::size_t good = std::strspn(buffer.get(), digits);
+    host::StartJournal();
     EXPECT_EQ(isOf(buffer.get(), &bad), good == text.size()) << testing::PrintToString(text);
+    EXPECT_EQ(host::TakeJournal().size(), good);  // one step by CharNextA for each
     EXPECT_EQ(bad, good == text.size() ? unwritten : buffer.get() + good) << testing::PrintToString(text);
     EXPECT_EQ(isOf(buffer.get(), nullptr), good == text.size());
   };
@@ -132,6 +134,11 @@ TEST(HexText, IsReadFromEveryPairInBulkAndAlone) {
   for (std::size_t i = 0; i < expected.size(); ++i) utAscii2Hex(single.data() + i, &text[2 * i], 2);
   EXPECT_EQ(single.Bytes(), expected);
 
+  std::string written(2 * text.size(), 0);
+  utHex2Ascii(written.data(), reinterpret_cast<const BYTE*>(text.data()), text.size());
+  utAscii2Hex(reinterpret_cast<LPBYTE>(written.data()), written.data(), written.size());  // in place
+  EXPECT_EQ(written.substr(0, text.size()), text);
+
   bulk.Refill();  // and nothing without an address
   utHex2Ascii(nullptr, bulk.data(), 32);
   utHex2Ascii(bulk.As<char>(), nullptr, 32);
@@ -186,6 +193,14 @@ TEST(CodePageConversion, LeavesAnEmptyStringWhereNothingIsStored) {
   EXPECT_EQ(utW2AHelper(target.As<char>(), nullptr, 2), nullptr);
   EXPECT_TRUE(target.IsUntouched());
   EXPECT_EQ(*utA2WHelper(target.As<WCHAR>(), "a\x81", 8), 0);  // a lead byte without its trail byte
+}
+
+TEST(CodePageConversion, LeavesWhatThePlatformStored) {
+  GuardedBuffer wide(4), bytes(2);
+  utA2WHelper(wide.As<WCHAR>(), "abc", 2);
+  utW2AHelper(bytes.As<char>(), u"cde", 2);
+  EXPECT_EQ(wide.Bytes(), test::BytesOf(u"ab"s, 0));
+  EXPECT_EQ(bytes.Bytes(), test::BytesOf("cd"s, 0));
 }
 
 // What a code page lacks becomes the default character, or one that it has and that stays.
