@@ -69,7 +69,7 @@ UT_EXPORT(251) DWORD UT_API utBreakUNCNameW(LPCWSTR pszName, LPWSTR pszServer, D
 
 /**
  * Finds the parts of a name. Unlike utBreakUNCName it reports separators, with or without anything
- * behind them.
+ * behind them. A separator is the first backslash of its run: utSkipLeadChar leads to what follows.
  *
  * @param pszName               the name; NULL gives 0 and stores nothing.
  * @param ppszStart             receives pszName if it is a UNC name, else NULL; may be NULL.

@@ -12,6 +12,7 @@
 
 namespace {
 
+namespace pe = host::pe;
 using host::Module;
 using host::ModuleError;
 using testing::HasSubstr;
@@ -38,17 +39,15 @@ void Put(Bytes& bytes, std::size_t offset, T value) {
 // Places in the file, by what stands there.
 struct Places {
   explicit Places(const Bytes& dll)
-      : file(Get<std::uint32_t>(dll, host::pe::kDosHeaderOffset) + 4),
-        optional(file + sizeof(host::pe::FileHeader)),
-        sections(optional + sizeof(host::pe::OptionalHeader)) {}
+      : file(Get<std::uint32_t>(dll, pe::kDosHeaderOffset) + 4),
+        optional(file + sizeof(pe::FileHeader)),
+        sections(optional + sizeof(pe::OptionalHeader)) {}
 
   std::size_t Directory(unsigned index) const {
-    return optional + offsetof(host::pe::OptionalHeader, directories) + 8 * index;
+    return optional + offsetof(pe::OptionalHeader, directories) + 8 * index;
   }
-  std::size_t Section(unsigned index) const {
-    return sections + sizeof(host::pe::SectionHeader) * index;
-  }
-  std::size_t Checksum() const { return optional + offsetof(host::pe::OptionalHeader, checksum); }
+  std::size_t Section(unsigned index) const { return sections + sizeof(pe::SectionHeader) * index; }
+  std::size_t Checksum() const { return optional + offsetof(pe::OptionalHeader, checksum); }
 
   std::size_t file, optional, sections;
 };
@@ -57,7 +56,7 @@ struct Places {
 std::size_t OffsetOf(const Bytes& dll, std::uint32_t rva) {
   const Places places(dll);
   for (unsigned i = 0; i < Get<std::uint16_t>(dll, places.file + 2); ++i) {
-    const auto section = Get<host::pe::SectionHeader>(dll, places.Section(i));
+    const auto section = Get<pe::SectionHeader>(dll, places.Section(i));
     if (rva - section.rva < section.fileSize) return section.fileOffset + rva - section.rva;
   }
   throw std::out_of_range("no section holds this RVA");
@@ -68,7 +67,8 @@ std::size_t DirectoryContent(const Bytes& dll, unsigned index) {
 }
 
 void MendChecksum(Bytes& dll) {
-  Put(dll, Places(dll).Checksum(), host::ImageChecksum(dll, Places(dll).Checksum()));
+  const std::size_t offset = Places(dll).Checksum();
+  if (offset < dll.size()) Put(dll, offset, host::ImageChecksum(dll, offset));
 }
 
 // What the loader says of an image, empty if it takes it. The code is not run.
@@ -140,32 +140,32 @@ TEST(Module, NamesWhatIsTwisted) {
   const auto dll = ShippedDll();
   const Places at(dll);
   const auto optional = [&](std::size_t field) { return at.optional + field; };
-  using Header = host::pe::OptionalHeader;
-  using Section = host::pe::SectionHeader;
-  using Exports = host::pe::ExportDirectory;
-  using Imports = host::pe::ImportDescriptor;
-  const std::size_t exports = DirectoryContent(dll, host::pe::kExports);
-  const std::size_t imports = DirectoryContent(dll, host::pe::kImports);
-  const std::size_t relocations = DirectoryContent(dll, host::pe::kRelocations);
+  using Header = pe::OptionalHeader;
+  using Section = pe::SectionHeader;
+  using Exports = pe::ExportDirectory;
+  using Imports = pe::ImportDescriptor;
+  const std::size_t exports = DirectoryContent(dll, pe::kExports);
+  const std::size_t imports = DirectoryContent(dll, pe::kImports);
+  const std::size_t relocations = DirectoryContent(dll, pe::kRelocations);
   const std::size_t functions =
       OffsetOf(dll, Get<std::uint32_t>(dll, exports + offsetof(Exports, functions)));
   const std::size_t names =
       OffsetOf(dll, Get<std::uint32_t>(dll, exports + offsetof(Exports, names)));
   const std::size_t lookups = OffsetOf(dll, Get<std::uint32_t>(dll, imports));
-  const auto exportsRva = Get<std::uint32_t>(dll, at.Directory(host::pe::kExports));
+  const auto exportsRva = Get<std::uint32_t>(dll, at.Directory(pe::kExports));
   const struct {
     std::size_t offset;
     std::uint32_t value;
     unsigned width;
     const char* refusal;
   } rows[] = {
-      {host::pe::kDosHeaderOffset, 0xFFFFFFF0, 4, "PE header lies outside"},
+      {pe::kDosHeaderOffset, 0xFFFFFFF0, 4, "PE header lies outside"},
       {at.file - 4, 0x4551, 4, "PE signature"},
       {at.file, 0x8664, 2, "not for the i386"},
       {at.file + 2, 0, 2, "no section"},
       {at.file + 2, 0xFFFF, 2, "section"},
       {at.file + 16, 96, 2, "unknown size"},
-      {at.file + 18, host::pe::kIsExecutable, 2, "not a linked DLL"},
+      {at.file + 18, pe::kIsExecutable, 2, "not a linked DLL"},
       {at.file + 18, 0x2003, 2, "no relocations"},
       {at.optional, 0x20B, 2, "PE32"},
       {optional(offsetof(Header, entry)), 0x10, 4, "entry lies outside the code"},
@@ -179,25 +179,25 @@ TEST(Module, NamesWhatIsTwisted) {
       {optional(offsetof(Header, headersSize)), 64, 4, "section table lies outside"},
       {optional(offsetof(Header, directoryCount)), 15, 4, "data directories"},
       {optional(offsetof(Header, checksum)), 1, 4, "checksum"},
-      {at.Directory(host::pe::kTls), 0x1000, 4, "thread-local"},
+      {at.Directory(pe::kTls), 0x1000, 4, "thread-local"},
       {at.Section(0) + offsetof(Section, rva), 0x0800, 4, "misaligned or overlaps"},
       {at.Section(1) + offsetof(Section, rva), 0x1000, 4, "misaligned or overlaps"},
       {at.Section(1) + offsetof(Section, rva), 0xFFFFF000, 4, "section lies outside the image"},
       {at.Section(0) + offsetof(Section, virtualSize), 0xFFFFFFFF, 4, "outside the image"},
       {at.Section(0) + offsetof(Section, fileOffset), 0xFFFFFF00, 4, "outside the file"},
       {at.Section(0) + offsetof(Section, characteristics), 0x40000000, 4, "outside the code"},
-      {at.Directory(host::pe::kRelocations) + 4, 0xFFFFFF, 4, "relocation directory"},
+      {at.Directory(pe::kRelocations) + 4, 0xFFFFFF, 4, "relocation directory"},
       {relocations, 0xFFFFFFF0, 4, "relocation's target"},
       {relocations, 0, 4, "relocation's target"},
       {relocations + 4, 7, 4, "relocation block"},
       {relocations + 4, 0xFFFFFFFE, 4, "relocation block"},
       {relocations + 8, 0x1000, 2, "unknown type"},
       {at.Section(0) + offsetof(Section, characteristics), 0xE0000020, 4, "both writable"},
-      {at.Directory(host::pe::kRelocations) + 4, 0, 4, "no relocations"},
-      {at.Directory(host::pe::kImports), 0xFFFFFFF0, 4, "import directory"},
-      {at.Directory(host::pe::kImports), 0, 4, "import directory is missing"},
-      {at.Directory(host::pe::kImports) + 4, 39, 4, "import directory has no end"},
-      {at.Directory(host::pe::kExports) + 4, 39, 4, "export directory is too small"},
+      {at.Directory(pe::kRelocations) + 4, 0, 4, "no relocations"},
+      {at.Directory(pe::kImports), 0xFFFFFFF0, 4, "import directory"},
+      {at.Directory(pe::kImports), 0, 4, "import directory is missing"},
+      {at.Directory(pe::kImports) + 4, 39, 4, "import directory has no end"},
+      {at.Directory(pe::kExports) + 4, 39, 4, "export directory is too small"},
       {imports + offsetof(Imports, name), 0, 4, "import"},
       {imports + offsetof(Imports, addressTable), 0x1000, 4, "outside the data"},
       {imports + offsetof(Imports, addressTable), 0x2001, 4, "misaligned"},
@@ -208,12 +208,13 @@ TEST(Module, NamesWhatIsTwisted) {
       {lookups, 0x80000001, 4, "by ordinal"},
       {lookups, 0x7FFFFFFF, 4, "import's name"},
       {lookups, exportsRva, 4, "nothing provides"},
-      {at.Directory(host::pe::kExports), 0xFFFFFFF0, 4, "export directory"},
+      {at.Directory(pe::kExports), 0xFFFFFFF0, 4, "export directory"},
       {exports + offsetof(Exports, functionCount), 0x10001, 4, "too many"},
       {exports + offsetof(Exports, nameCount), 0xFFFFFFFF, 4, "too many"},
       {exports + offsetof(Exports, functions), 0xFFFFFFFC, 4, "an export lies outside"},
       {functions, exportsRva + 4, 4, "forwarder"},
-      {functions, Get<std::uint32_t>(dll, at.Section(2) + offsetof(Section, rva)), 4, "outside the code"},
+      {functions, Get<std::uint32_t>(dll, at.Section(2) + offsetof(Section, rva)), 4,
+       "outside the code"},
       {exports + offsetof(Exports, nameOrdinals), 0xFFFFFFF0, 4, "ordinal lies outside"},
       {names, 0xFFFFFF, 4, "export's name"},
       {names + 4, Get<std::uint32_t>(dll, names), 4, "not sorted"},
@@ -222,8 +223,7 @@ TEST(Module, NamesWhatIsTwisted) {
     auto twisted = dll;
     ASSERT_LE(row.offset + row.width, dll.size());
     std::memcpy(&twisted[row.offset], &row.value, row.width);
-    if (row.offset != at.Checksum() && Places(twisted).Checksum() < dll.size())
-      MendChecksum(twisted);
+    if (row.offset != at.Checksum()) MendChecksum(twisted);
     EXPECT_THAT(Refusal(twisted), HasSubstr(row.refusal)) << "at " << row.offset;
   }
   EXPECT_EQ(host::Mapping::Living(), 0u);
@@ -249,7 +249,7 @@ TEST(Module, SurvivesChangedTables) {
   const auto dll = ShippedDll();
   const Places at(dll);
   std::vector<std::size_t> tables = {0, at.file, at.optional, at.sections};
-  for (const auto index : {host::pe::kExports, host::pe::kImports, host::pe::kRelocations}) {
+  for (const auto index : {pe::kExports, pe::kImports, pe::kRelocations}) {
     tables.push_back(DirectoryContent(dll, index));
   }
   const std::vector<std::uint32_t> extremes = {0,          1,          0x7FFFFFFF,
@@ -263,7 +263,7 @@ TEST(Module, SurvivesChangedTables) {
       const auto flipped = Get<std::uint32_t>(dll, offset) ^ 1u << random.Below(32);
       Put(changed, offset, random.Below(2) == 0 ? random.Of(extremes) : flipped);
     }
-    if (Get<std::uint32_t>(changed, host::pe::kDosHeaderOffset) < 1024) MendChecksum(changed);
+    MendChecksum(changed);
     if (!Refusal(changed).empty()) ++refused;
   }
   EXPECT_GT(refused, 500u);
