@@ -1,8 +1,10 @@
 // The platform layer's registry, in memory and in a file.
 #include <codepage.h>
+#include <conversion.h>
 #include <gtest/gtest.h>
 #include <host.h>
 #include <registry_file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -19,6 +21,7 @@ namespace fs = std::filesystem;
 class Registry : public testing::Test {
  protected:
   void SetUp() override { host::Reset(); }
+  void TearDown() override { EXPECT_EQ(host::LivingKeyHandles(), 0u); }
 };
 
 HKEY Make(HKEY parent, const char* path, REGSAM access, DWORD expected = 1) {
@@ -66,11 +69,11 @@ TEST_F(Registry, HoldsCallersToTheRightsOfTheirHandles) {
   EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "a", 0, KEY_READ, nullptr), ERROR_INVALID_PARAMETER);
   std::string deep;
   while (deep.size() < 1040) deep += "d\\";
-  for (const auto& path : {std::string(256, 'x'), deep}) {
+  for (const auto& path : {"made\\"s + std::string(256, 'x'), deep}) {
     EXPECT_EQ(RegCreateKeyExA(HKEY_USERS, path.c_str(), 0, nullptr, 0, 0, nullptr, &key, nullptr),
               ERROR_INVALID_PARAMETER);
   }
-  EXPECT_EQ(host::LivingKeyHandles(), 0u);
+  EXPECT_TRUE(host::CurrentRegistry()->keys.at("HKEY_USERS")->keys.empty());
 }
 
 // A UTF-16LE file with its mark.
@@ -168,6 +171,15 @@ std::shared_ptr<host::RegistryKey> RandomRegistry(test::Random& random,
   return registry;
 }
 
+// The text of a REGEDIT4 file in the other version, in UTF-16 or UTF-8.
+std::string AsVersion5(const std::string& text, bool isUtf16) {
+  host::Replacement replacement;
+  const auto body = text.substr(std::min(text.size(), "REGEDIT4"s.size()));
+  const auto wide = host::Widen("Windows Registry Editor Version 5.00" + body,
+                                host::CharsetOf(host::CodePage()), replacement);
+  return isUtf16 ? Utf16(wide) : host::Narrow(wide, "UTF-8", replacement);
+}
+
 bool IsRead(const std::string& content) {
   try {
     host::ParseRegistry(content);
@@ -189,10 +201,13 @@ TEST_F(Registry, IsTheSameAfterItsTextFormWasRead) {
     const auto content = host::FormatRegistry(*registry);
     EXPECT_EQ(*host::ParseRegistry(content), *registry) << content;
 
-    for (auto damaged = content; damaged.size() > content.size() / 2; IsRead(damaged)) {
-      const auto at = random.Below(damaged.size());
-      damaged.erase(at, random.Below(content.size() / 5));
-      damaged.insert(at, 1, random.Of(std::vector{'"', '\\', '\n', '\0', '[', ',', '\x81'}));
+    for (auto text = content; text.size() > content.size() / 2;) {
+      const auto at = random.Below(text.size());
+      text.erase(at, random.Below(content.size() / 5));
+      text.insert(at, 1, random.Of(std::vector{'"', '\\', '\n', '\0', '[', ',', '\x81'}));
+      auto damaged = round % 3 == 0 ? text : AsVersion5(text, round % 3 == 1);
+      if (random.Below(2) == 0) damaged[random.Below(damaged.size())] ^= 1 << random.Below(8);
+      IsRead(damaged);
     }
     for (std::size_t cut = 0; round < 4 && cut < content.size(); ++cut) {
       EXPECT_FALSE(IsRead(content.substr(0, cut))) << cut;
@@ -206,45 +221,67 @@ TEST_F(Registry, IsTheSameAfterItsTextFormWasRead) {
   }
 }
 
+TEST_F(Registry, IsRefusedWhereItsTextFormWouldBeTooLarge) {
+  std::string path = "HKEY_USERS";
+  for (int i = 0; i < 500; ++i) path += '\\' + std::string(host::kMaxKeyNameLength, 'd');
+  const auto registry = host::ParseRegistry("REGEDIT4\n[" + path + "]\n");
+  // Written out to the end, these keys would take more memory than there is.
+  std::size_t made = 0;
+  const auto deepest = host::FindKey(registry, path, nullptr);
+  for (int i = 0; i < 20000; ++i) host::FindKey(deepest, std::to_string(i), &made);
+  EXPECT_THROW(host::FormatRegistry(*registry), host::RegistryFileError);
+}
+
 TEST_F(Registry, LivesInAFile) {
   const auto folder = fs::temp_directory_path() / ("registry_test." + std::to_string(getpid()));
   fs::create_directory(folder);
   const std::string path = folder / "settings.reg";
   const auto read = [&] { return (std::stringstream() << std::ifstream(path).rdbuf()).str(); };
+  const auto mode = [&] { return static_cast<int>(fs::status(path).permissions()); };
 
   host::RegistryFile file(path);
-  HKEY key = Make(HKEY_CURRENT_USER, "Soft", KEY_SET_VALUE);
+  const HKEY key = Make(HKEY_CURRENT_USER, "Soft", KEY_SET_VALUE);
   const BYTE runs[] = {2, 0, 0, 0};
   EXPECT_EQ(RegSetValueExA(key, "Runs", 0, REG_DWORD, runs, 4), 0);
   RegCloseKey(key);
   const auto saved = host::CurrentRegistry();
+  const mode_t mask = umask(026);
   file.Save();
+  umask(mask);
+  EXPECT_EQ(mode(), 0640);
+  fs::permissions(path, fs::perms(0604));
+  file.Save();
+  EXPECT_EQ(mode(), 0604);
   EXPECT_EQ(
       read(),
       "REGEDIT4\r\n; The last line is \"; End\".\r\n\r\n[HKEY_CLASSES_ROOT]\r\n\r\n"
       "[HKEY_CURRENT_USER]\r\n\r\n[HKEY_CURRENT_USER\\Soft]\r\n\"Runs\"=dword:00000002\r\n\r\n"
       "[HKEY_LOCAL_MACHINE]\r\n\r\n[HKEY_USERS]\r\n\r\n; End\r\n");
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
-
   host::Reset();
   host::RegistryFile again(path);
   EXPECT_EQ(*host::CurrentRegistry(), *saved);
 
-  const std::string damaged = "REGEDIT4\n\njunk\n";
-  std::ofstream(path) << damaged;
-  try {
-    host::RegistryFile refused(path);
-    ADD_FAILURE() << "was read";
-  } catch (const host::RegistryFileError& error) {
-    EXPECT_EQ(error.what(), path + ":3: the line is neither a key nor a value nor a comment");
+  // Damaged, or such as could be loaded and not be saved again.
+  std::string deep = "REGEDIT4\n[HKEY_USERS";
+  while (deep.size() < 100'000) deep += '\\' + std::string(200, 'd');
+  for (const auto& [content, reason] :
+       {std::pair("REGEDIT4\n\njunk\n"s, ":3: the line is neither a key nor a value nor a comment"),
+        {deep + "]\n", ": the file is too large"}}) {
+    std::ofstream(path) << content;
+    try {
+      host::RegistryFile refused(path);
+      ADD_FAILURE() << "was read";
+    } catch (const host::RegistryFileError& error) {
+      EXPECT_EQ(error.what(), path + reason);
+    }
+    EXPECT_EQ(*host::CurrentRegistry(), *saved);
+    EXPECT_EQ(read(), content);
   }
-  EXPECT_EQ(*host::CurrentRegistry(), *saved);
-  EXPECT_EQ(read(), damaged);
-
-  fs::create_directory(path + ".new");  // where the new file would go
+  fs::remove(path);
+  fs::create_directory(path);
+  EXPECT_THROW(host::RegistryFile(path.c_str()), host::RegistryFileError);
   EXPECT_THROW(again.Save(), host::RegistryFileError);
-  EXPECT_THROW(host::RegistryFile(path + ".new"), host::RegistryFileError);
-  EXPECT_EQ(read(), damaged);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
   fs::remove_all(folder);
 }
 

@@ -19,6 +19,7 @@ namespace {
 using namespace std::string_literals;
 using test::GuardedBuffer;
 using testing::ElementsAre;
+using Value = std::pair<DWORD, std::string>;
 
 const HKEY kUser = HKEY_CURRENT_USER;
 constexpr char kPath[] = "Software\\Brindlex\\prod\\sec";
@@ -27,21 +28,20 @@ void Put(const char* path, const char* name, DWORD type, const std::string& data
   ASSERT_EQ(utRegSetValue(kUser, path, name, type, data.data(), data.size(), 1), 0u);
 }
 
-// The platform's registry calls of a piece of work, with a word for each argument: a name from
-// `names`, a small number, or * for another address.
-std::string Calls(const std::map<const void*, std::string>& names,
-                  const std::function<void()>& work) {
+// The platform's registry calls of a piece of work, each argument by its name, as a small number,
+// or as * for another address.
+std::string Calls(const std::function<void()>& work,
+                  const std::map<const void*, std::string>& names = {}) {
   host::StartJournal();
   work();
   std::string calls;
-  for (const auto& call : host::TakeJournal()) {
-    if (!call.operation.starts_with("Reg")) continue;
-    calls += call.operation;
-    for (const auto argument : call.arguments) {
+  for (const auto& [operation, arguments] : host::TakeJournal()) {
+    if (!operation.starts_with("Reg")) continue;
+    calls += operation.substr(3);
+    for (const auto argument : arguments) {
       const auto name = names.find(reinterpret_cast<const void*>(argument));
-      const bool isSmall = argument < 0x100000;
-      const auto word = isSmall ? std::to_string(argument) : "*";
-      calls += ' ' + (name != names.end() ? name->second : word);
+      const auto number = argument < 0x100000 ? std::to_string(argument) : "*";
+      calls += ' ' + (name != names.end() ? name->second : number);
     }
     calls += "; ";
   }
@@ -50,50 +50,49 @@ std::string Calls(const std::map<const void*, std::string>& names,
 
 TEST(RegistryValues, ReachThePlatformAsTheyCome) {
   const HKEY user = kUser;
-  const char sub[] = "Software\\Brindlex", value[] = "v", bytes[] = "xy";
+  const char sub[] = "Software\\Brindlex", v[] = "v", bytes[] = "xy";
   DWORD type = 0, size = 2;
   char data[2];
   HKEY key = nullptr;
-  std::map<const void*, std::string> names = {{user, "user"}, {sub, "sub"}, {value, "value"}};
-  names.insert({{bytes, "bytes"}, {&type, "type"}, {&size, "size"}, {data, "data"}, {&key, "key"}});
+  const std::map<const void*, std::string> names = {
+      {user, "user"},  {sub, "sub"},    {v, "v"},       {bytes, "bytes"},
+      {&type, "type"}, {&size, "size"}, {data, "data"}, {&key, "key"}};
   // clang-format off
   const struct { std::function<DWORD()> call; DWORD result; std::string calls; } rows[] = {
-      {[&] { return utRegSetValue(user, sub, value, 3, bytes, 2, 0); }, 2,
-       "RegOpenKeyExA user sub 0 2 *; "},
-      {[&] { return utRegSetValue(user, sub, value, 3, bytes, 2, 8); }, 0,
-       "RegOpenKeyExA user sub 0 2 *; RegCreateKeyExA user sub 0 0 0 983103 0 * *; "
-       "RegSetValueExA 4 value 0 3 bytes 2; RegCloseKey 4; "},
+      {[&] { return utRegSetValue(user, sub, v, 3, bytes, 2, 0); }, 2, "OpenKeyExA user sub 0 2 *; "},
+      {[&] { return utRegSetValue(user, sub, v, 3, bytes, 2, 0x10000); }, 0,
+       "OpenKeyExA user sub 0 2 *; CreateKeyExA user sub 0 0 0 983103 0 * *; "
+       "SetValueExA 4 v 0 3 bytes 2; CloseKey 4; "},
       {[&] { return utRegSetValue(user, sub, nullptr, 9, nullptr, 0, 1); }, 0,
-       "RegOpenKeyExA user sub 0 2 *; RegSetValueExA 8 0 0 9 0 0; RegCloseKey 8; "},
-      {[&] { return utRegSetValue(user, nullptr, value, 3, bytes, 2, 1); }, 0,
-       "RegSetValueExA user value 0 3 bytes 2; "},
-      {[&] { return utRegQueryValue(user, sub, value, &type, data, &size); }, 0,
-       "RegOpenKeyExA user sub 0 1 *; RegQueryValueExA 12 value 0 type data size; RegCloseKey 12; "},
-      {[&] { return utRegQueryValue(user, nullptr, value, nullptr, nullptr, nullptr); }, 0,
-       "RegQueryValueExA user value 0 0 0 0; "},
-      {[&] { return utRegQueryValue(user, "", value, &type, data, nullptr); }, 87,
-       "RegOpenKeyExA user * 0 1 *; RegQueryValueExA 16 value 0 type data 0; RegCloseKey 16; "},
-      {[&] { return utRegQueryValue(user, "none", value, nullptr, data, &size); }, 2,
-       "RegOpenKeyExA user * 0 1 *; "},
-      {[&] { return utRegVerifyValue(user, sub, value, &type); }, 1,
-       "RegOpenKeyExA user sub 0 1 *; RegQueryValueExA 20 value 0 type 0 *; RegCloseKey 20; "},
+       "OpenKeyExA user sub 0 2 *; SetValueExA 8 0 0 9 0 0; CloseKey 8; "},
+      {[&] { return utRegSetValue(user, nullptr, v, 3, bytes, 2, 1); }, 0,
+       "SetValueExA user v 0 3 bytes 2; "},
+      {[&] { return utRegQueryValue(user, sub, v, &type, data, &size); }, 0,
+       "OpenKeyExA user sub 0 1 *; QueryValueExA 12 v 0 type data size; CloseKey 12; "},
+      {[&] { return utRegQueryValue(user, nullptr, v, nullptr, nullptr, nullptr); }, 0,
+       "QueryValueExA user v 0 0 0 0; "},
+      {[&] { return utRegQueryValue(user, "", v, &type, data, nullptr); }, 87,
+       "OpenKeyExA user * 0 1 *; QueryValueExA 16 v 0 type data 0; CloseKey 16; "},
+      {[&] { return utRegQueryValue(user, "none", v, &type, data, &size); }, 2,
+       "OpenKeyExA user * 0 1 *; "},
+      {[&] { return utRegVerifyValue(user, sub, v, &type); }, 1,
+       "OpenKeyExA user sub 0 1 *; QueryValueExA 20 v 0 type 0 *; CloseKey 20; "},
       {[&] { return utRegVerifyValue(user, nullptr, "none", nullptr); }, 0,
-       "RegQueryValueExA user * 0 0 0 *; "},
-      {[&] { return utRegDeleteValue(user, sub, value); }, 0,
-       "RegOpenKeyExA user sub 0 2 *; RegDeleteValueA 24 value; RegCloseKey 24; "},
-      {[&] { return utRegDeleteValue(user, nullptr, "none"); }, 2, "RegDeleteValueA user *; "},
-      {[&] { return utRegVerifyKey(user, sub); }, 1,
-       "RegOpenKeyExA user sub 0 1 *; RegCloseKey 28; "},
-      {[&] { return utRegVerifyKey(user, "none"); }, 0, "RegOpenKeyExA user * 0 1 *; "},
+       "QueryValueExA user * 0 0 0 *; "},
+      {[&] { return utRegDeleteValue(user, sub, v); }, 0,
+       "OpenKeyExA user sub 0 2 *; DeleteValueA 24 v; CloseKey 24; "},
+      {[&] { return utRegDeleteValue(user, nullptr, "none"); }, 2, "DeleteValueA user *; "},
+      {[&] { return utRegVerifyKey(user, sub); }, 1, "OpenKeyExA user sub 0 1 *; CloseKey 28; "},
+      {[&] { return utRegVerifyKey(user, "none"); }, 0, "OpenKeyExA user * 0 1 *; "},
       {[&] { return utRegVerifyKey(user, nullptr) | utRegVerifyKey(user, ""); }, 0, ""},
       {[&] { return utRegOpenPrivateUserKey(nullptr, nullptr, 0x1234, &key); }, 0,
-       "RegOpenKeyExA user * 0 4660 key; "},
-      {[&] { return utRegDeletePrivateUserKey(nullptr, nullptr); }, 0, "RegDeleteKeyA user *; "},
+       "OpenKeyExA user * 0 4660 key; "},
+      {[&] { return utRegDeletePrivateUserKey(nullptr, nullptr); }, 0, "DeleteKeyA user *; "},
   };
   // clang-format on
   for (const auto& row : rows) {
     DWORD result = 99;
-    EXPECT_EQ(Calls(names, [&] { result = row.call(); }), row.calls);
+    EXPECT_EQ(Calls([&] { result = row.call(); }, names), row.calls);
     EXPECT_EQ(result, row.result) << row.calls;
   }
   EXPECT_EQ(type, 3u);
@@ -141,35 +140,40 @@ TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {
 TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
   // clang-format off
   const struct { DWORD type; std::string data; const char* pszDefault; DWORD cbBuffer, code;
-                 std::string buffer; DWORD length; } rows[] = {
-      {1, "text\0"s, "dflt", 8, 0, "text\0"s, 4}, {1, "text\0"s, "dflt", 5, 0, "text\0"s, 4},
-      {1, "text\0"s, "dflt", 4, 234, "dfl\0"s, 3}, {1, "text\0"s, "dflt", 1, 234, "\0"s, 0},
-      {1, "text\0"s, "dflt", 0, 234, "", 0},
-      {1, std::string(16, 'x') + '\0', "dflt", 8, 234, "dflt\0\0"s, 4},
-      {1, std::string(16, 'x') + '\0', nullptr, 8, 234, "\0"s, 0},
-      {1, "a\0b"s, "dflt", 8, 0, "a\0b"s, 1}, {1, "", "dflt", 8, 0, "", 0},
-      {1, "", "dflt", 0, 0, "", 0}, {1, "ab", "dflt", 8, 0, "ab", 2},
-      {1, "abcdefgh", "dflt", 8, 0, "abcdefgh", 8}, {4, "\1\2\3\4", "d", 8, 13, "d\0\0\4"s, 1},
-      {4, "\1\2\3\4", nullptr, 8, 13, "\0\2\3\4"s, 0},
-      {2, "text\0"s, "defaultlong", 8, 13, "default\0"s, 7},
-      {3, "12345678", "ABCDEFG", 8, 13, "ABCDEFG\0"s, 7},
+                 std::string written; } rows[] = {
+      {1, "text\0"s, "dflt", 8, 0, "text\0"s}, {1, "text\0"s, "dflt", 5, 0, "text\0"s},
+      {1, "text\0"s, "dflt", 4, 234, "dfl\0"s}, {1, "text\0"s, "dflt", 1, 234, "\0"s},
+      {1, "text\0"s, "dflt", 0, 234, ""}, {1, "longer than 8\0"s, "dflt", 8, 234, "dflt\0\0"s},
+      {1, "longer than 8\0"s, nullptr, 8, 234, "\0"s}, {1, "a\0b"s, "dflt", 8, 0, "a\0b"s},
+      {1, "", "dflt", 8, 0, ""}, {1, "", "dflt", 0, 0, ""}, {1, "ab", "dflt", 8, 0, "ab"},
+      {1, "abcdefgh", "dflt", 8, 0, "abcdefgh"}, {4, "\1\2\3\4", "d", 8, 13, "d\0\0\4"s},
+      {4, "\1\2\3\4", nullptr, 8, 13, "\0\2\3\4"s}, {2, "text\0"s, "defaults", 8, 13, "default\0"s},
+      {3, "12345678", "ABCDEFG", 8, 13, "ABCDEFG\0"s},
   };
   // clang-format on
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.data) + " into " + std::to_string(row.cbBuffer));
     Put(kPath, "v", row.type, row.data);
-    GuardedBuffer expected(row.cbBuffer), buffer(row.cbBuffer);
-    std::copy(row.buffer.begin(), row.buffer.end(), expected.data());
-    const auto read = [&](char* psz) {
-      return utRegGetPrivateUserString("sec", "v", row.pszDefault, psz, row.cbBuffer, "prod");
-    };
-    EXPECT_EQ(read(nullptr), 0u);
-    EXPECT_EQ(read(buffer.As<char>()), row.length);
-    EXPECT_EQ(buffer.Bytes(), expected.Bytes());
-    buffer.Refill();
-    auto* psz = buffer.As<char>();
-    EXPECT_EQ(utRegGetValueString(kUser, kPath, "v", row.pszDefault, psz, row.cbBuffer), row.code);
-    EXPECT_EQ(buffer.Bytes(), expected.Bytes());
+    for (const auto& before : {""s, "old\0"s, "xxxxx\0"s}) {
+      GuardedBuffer expected(row.cbBuffer), buffer(row.cbBuffer);
+      for (auto* target : {&expected, &buffer}) {
+        std::copy_n(before.begin(), std::min<DWORD>(before.size(), row.cbBuffer), target->data());
+      }
+      std::copy(row.written.begin(), row.written.end(), expected.data());
+      const auto bytes = expected.Bytes();
+      const auto zero = std::find(bytes.begin(), bytes.end(), 0);
+      const auto length = zero == bytes.end() ? row.written.size() : zero - bytes.begin();
+      const auto read = [&](char* psz) {
+        return utRegGetPrivateUserString("sec", "v", row.pszDefault, psz, row.cbBuffer, "prod");
+      };
+      auto* psz = buffer.As<char>();
+      EXPECT_EQ(read(nullptr), 0u);
+      EXPECT_EQ(read(psz), length);
+      EXPECT_EQ(buffer.Bytes(), bytes);
+      EXPECT_EQ(utRegGetValueString(kUser, kPath, "v", row.pszDefault, psz, row.cbBuffer),
+                row.code);
+      EXPECT_EQ(buffer.Bytes(), bytes);
+    }
   }
   GuardedBuffer buffer(6);
   Put(kPath, "v", REG_SZ, "stored");
@@ -180,15 +184,27 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
   EXPECT_EQ(buffer.Bytes(), test::BytesOf("dflt"s, 2));
 }
 
-TEST(TypedValues, MakeTheKeyOnlyIfTold) {
-  const HKEY user = kUser;
-  char text[4] = "???";
-  EXPECT_EQ(utRegSetValueString(user, "k", "v", "hello", 0), 2u);
-  EXPECT_EQ(utRegSetValueDword(user, "k", "v", 1, 0), 2u);
-  EXPECT_EQ(utRegSetValueBool(user, "k", "v", 1, 0), 2u);
-  EXPECT_EQ(utRegSetValueString(user, "k", "v", nullptr, 0x100), 0u);
-  EXPECT_EQ(utRegGetValueString(user, "k", "v", "d", text, 4), 0u);
-  EXPECT_STREQ(text, "");
+TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
+  // clang-format off
+  const struct { DWORD (*set)(BOOL fCreate); Value stored; } rows[] = {
+      {[](BOOL f) { return utRegSetValueString(kUser, "k", "v", "hello", f); }, {1, "hello\0"s}},
+      {[](BOOL f) { return utRegSetValueString(kUser, "k", "v", nullptr, f); }, {1, "\0"s}},
+      {[](BOOL f) { return utRegSetValueDword(kUser, "k", "v", 0x12345678, f); }, {4, "\x78\x56\x34\x12"}},
+      {[](BOOL f) { return utRegSetValueBool(kUser, "k", "v", 0x100, f); }, {3, "\1"}},
+      {[](BOOL f) { return utRegSetValueBool(kUser, "k", "v", 0, f); }, {3, "\0"s}},
+  };
+  // clang-format on
+  for (const auto& row : rows) {
+    for (const BOOL fCreate : {0x100, 0x10000}) {
+      host::Reset();
+      EXPECT_EQ(row.set(0), 2u);
+      EXPECT_EQ(row.set(fCreate), 0u);
+      char buffer[8];
+      DWORD type = 0, size = sizeof buffer;
+      EXPECT_EQ(utRegQueryValue(kUser, "k", "v", &type, buffer, &size), 0u);
+      EXPECT_EQ(Value(type, std::string(buffer, size)), row.stored);
+    }
+  }
 }
 
 TEST(PrivateSettings, StandBelowTheRootProductBeforeSection) {
@@ -252,7 +268,7 @@ TEST(PrivateSettings, ReachNothingWithAPathThatDoesNotFit) {
   const std::string part(120, 'x'), longer(121, 'y');
   EXPECT_THAT(CallAll("sec", "prod"), fits);
   EXPECT_THAT(CallAll(part.c_str(), part.c_str()), fits);
-  const auto calls = Calls({}, [&] {
+  const auto calls = Calls([&] {
     EXPECT_THAT(CallAll(longer.c_str(), part.c_str()), doesNot);
     EXPECT_THAT(CallAll(part.c_str(), longer.c_str()), doesNot);
     EXPECT_THAT(CallAll(std::string(5000, 'z').c_str(), nullptr), doesNot);
@@ -289,18 +305,25 @@ TEST(PrivateSettings, CloseEveryKeyAndKeepTheDefaultsWhenThePlatformFails) {
 }
 
 TEST(PrivateSettings, BehaveAsAMapOverARandomLife) {
-  using Value = std::pair<DWORD, std::string>;
   const std::vector<const char*> sections = {nullptr, "", "s", "S", "s\\t", "u"};
   const std::vector<const char*> products = {nullptr, "", "p", "P", "q\\r"};
   const std::vector<const char*> names = {nullptr, "", "v", "V", "w\\x"};
-  const std::vector<std::string> texts = {"", "on", "0", "five", "longer than eight"};
+  // clang-format off
+  const struct { BOOL (*write)(const char* s, const char* v, const char* p); Value value; } writers[] = {
+      {[](auto s, auto v, auto p) { return utRegWritePrivateUserString(s, v, "", p); }, {1, "\0"s}},
+      {[](auto s, auto v, auto p) { return utRegWritePrivateUserString(s, v, "7 bytes", p); }, {1, "7 bytes\0"s}},
+      {[](auto s, auto v, auto p) { return utRegWritePrivateUserString(s, v, "8 bytes.", p); }, {1, "8 bytes.\0"s}},
+      {[](auto s, auto v, auto p) { return utRegWritePrivateUserDword(s, v, 0x12345678, p); }, {4, "\x78\x56\x34\x12"}},
+      {[](auto s, auto v, auto p) { return utRegWritePrivateUserBool(s, v, 0x100, p); }, {3, "\1"}},
+      {[](auto s, auto v, auto p) { return utRegWritePrivateUserBinary(s, v, "a\0b", 3, p); }, {3, "a\0b"s}},
+      {[](auto s, auto v, auto p) { return utRegWritePrivateUserBinary(s, v, "", 0, p); }, {3, ""}},
+  };
+  // clang-format on
   test::Random random(5);
   std::map<std::string, Value> model;
   for (int step = 0; step < 3000; ++step) {
-    const char* section = random.Of(sections);
-    const char* product = random.Of(products);
-    const char* name = random.Of(names);
-    const auto text = random.Of(texts);
+    const auto *section = random.Of(sections), *product = random.Of(products);
+    const auto* name = random.Of(names);
     // Upper case, and an empty part counts for nothing.
     std::string place;
     for (const char* part : {product, section}) {
@@ -310,29 +333,20 @@ TEST(PrivateSettings, BehaveAsAMapOverARandomLife) {
     const bool isThere = model.contains(place);
     SCOPED_TRACE(std::to_string(step) + ": " + place);
 
-    const auto kind = random.Below(8);
-    if (kind == 0) {
-      EXPECT_EQ(utRegWritePrivateUserString(section, name, text.c_str(), product), 1);
-      model[place] = {REG_SZ, text + '\0'};
-    } else if (kind == 1) {
-      EXPECT_EQ(utRegWritePrivateUserDword(section, name, 0x12345678, product), 1);
-      model[place] = {REG_DWORD, "\x78\x56\x34\x12"};
-    } else if (kind == 2) {
-      EXPECT_EQ(utRegWritePrivateUserBool(section, name, step % 3 << 8, product), 1);
-      model[place] = {REG_BINARY, std::string(1, step % 3 != 0)};
-    } else if (kind == 3) {
-      EXPECT_EQ(utRegWritePrivateUserBinary(section, name, text.data(), text.size(), product), 1);
-      model[place] = {REG_BINARY, text};
-    } else if (kind == 4) {
+    const auto kind = random.Below(14);
+    if (kind < std::size(writers)) {
+      EXPECT_EQ(writers[kind].write(section, name, product), 1);
+      model[place] = writers[kind].value;
+    } else if (kind < 9) {
       EXPECT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), isThere);
       model.erase(place);
     } else {
       const auto value = isThere ? model[place] : Value();
       char buffer[32];
-      DWORD type = 99, size = sizeof buffer;
+      DWORD type = 0, size = sizeof buffer;
       const DWORD code = utRegGetPrivateUserBinary(section, name, &type, buffer, &size, product);
       EXPECT_EQ(code, isThere ? 0u : 2u);
-      if (isThere) EXPECT_EQ(Value(type, std::string(buffer, size)), value);
+      EXPECT_EQ(Value(type, std::string(buffer, isThere ? size : 0)), value);
       EXPECT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), isThere);
       EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product),
                 value.first == REG_DWORD ? 0x12345678u : 9u);
