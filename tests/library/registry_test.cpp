@@ -4,21 +4,19 @@
 #include <host.h>
 #include <registry.h>
 #include <tavkit.h>
-#include <text.h>
 
 #include <functional>
 #include <map>
 #include <string>
 
-#include "support/failures.h"
 #include "support/guarded.h"
-#include "support/random.h"
 
 namespace {
 
 using namespace std::string_literals;
 using test::GuardedBuffer;
 using testing::ElementsAre;
+using Names = std::map<const void*, std::string>;
 using Value = std::pair<DWORD, std::string>;
 
 const HKEY kUser = HKEY_CURRENT_USER;
@@ -30,14 +28,13 @@ void Put(const char* path, const char* name, DWORD type, const std::string& data
 
 // The platform's registry calls of a piece of work, each argument by its name, as a small number,
 // or as * for another address.
-std::string Calls(const std::function<void()>& work,
-                  const std::map<const void*, std::string>& names = {}) {
+std::string Calls(const std::function<void()>& work, const Names& names = {}) {
   host::StartJournal();
   work();
   std::string calls;
   for (const auto& [operation, arguments] : host::TakeJournal()) {
     if (!operation.starts_with("Reg")) continue;
-    calls += operation.substr(3);
+    calls += operation.substr(3, operation.find_last_not_of("ExA") - 2);
     for (const auto argument : arguments) {
       const auto name = names.find(reinterpret_cast<const void*>(argument));
       const auto number = argument < 0x100000 ? std::to_string(argument) : "*";
@@ -49,69 +46,66 @@ std::string Calls(const std::function<void()>& work,
 }
 
 TEST(RegistryValues, ReachThePlatformAsTheyCome) {
-  const HKEY user = kUser;
-  const char sub[] = "Software\\Brindlex", v[] = "v", bytes[] = "xy";
-  DWORD type = 0, size = 2;
-  char data[2];
+  const HKEY u = kUser;
+  const char sub[] = "Software\\Brindlex", v[] = "v", none[] = "none", empty[] = "";
+  DWORD t, n;
+  char d[2] = {};
   HKEY key = nullptr;
-  const std::map<const void*, std::string> names = {
-      {user, "user"},  {sub, "sub"},    {v, "v"},       {bytes, "bytes"},
-      {&type, "type"}, {&size, "size"}, {data, "data"}, {&key, "key"}};
+  const Names names = {{u, "u"},  {sub, "sub"}, {none, "none"}, {empty, "empty"}, {v, "v"},
+                       {&t, "t"}, {&n, "n"},    {d, "d"},       {&key, "key"}};
+  // What is called between opening `sub` with an access and closing it; all of it if that is 0.
   // clang-format off
-  const struct { std::function<DWORD()> call; DWORD result; std::string calls; } rows[] = {
-      {[&] { return utRegSetValue(user, sub, v, 3, bytes, 2, 0); }, 2, "OpenKeyExA user sub 0 2 *; "},
-      {[&] { return utRegSetValue(user, sub, v, 3, bytes, 2, 0x10000); }, 0,
-       "OpenKeyExA user sub 0 2 *; CreateKeyExA user sub 0 0 0 983103 0 * *; "
-       "SetValueExA 4 v 0 3 bytes 2; CloseKey 4; "},
-      {[&] { return utRegSetValue(user, sub, nullptr, 9, nullptr, 0, 1); }, 0,
-       "OpenKeyExA user sub 0 2 *; SetValueExA 8 0 0 9 0 0; CloseKey 8; "},
-      {[&] { return utRegSetValue(user, nullptr, v, 3, bytes, 2, 1); }, 0,
-       "SetValueExA user v 0 3 bytes 2; "},
-      {[&] { return utRegQueryValue(user, sub, v, &type, data, &size); }, 0,
-       "OpenKeyExA user sub 0 1 *; QueryValueExA 12 v 0 type data size; CloseKey 12; "},
-      {[&] { return utRegQueryValue(user, nullptr, v, nullptr, nullptr, nullptr); }, 0,
-       "QueryValueExA user v 0 0 0 0; "},
-      {[&] { return utRegQueryValue(user, "", v, &type, data, nullptr); }, 87,
-       "OpenKeyExA user * 0 1 *; QueryValueExA 16 v 0 type data 0; CloseKey 16; "},
-      {[&] { return utRegQueryValue(user, "none", v, &type, data, &size); }, 2,
-       "OpenKeyExA user * 0 1 *; "},
-      {[&] { return utRegVerifyValue(user, sub, v, &type); }, 1,
-       "OpenKeyExA user sub 0 1 *; QueryValueExA 20 v 0 type 0 *; CloseKey 20; "},
-      {[&] { return utRegVerifyValue(user, nullptr, "none", nullptr); }, 0,
-       "QueryValueExA user * 0 0 0 *; "},
-      {[&] { return utRegDeleteValue(user, sub, v); }, 0,
-       "OpenKeyExA user sub 0 2 *; DeleteValueA 24 v; CloseKey 24; "},
-      {[&] { return utRegDeleteValue(user, nullptr, "none"); }, 2, "DeleteValueA user *; "},
-      {[&] { return utRegVerifyKey(user, sub); }, 1, "OpenKeyExA user sub 0 1 *; CloseKey 28; "},
-      {[&] { return utRegVerifyKey(user, "none"); }, 0, "OpenKeyExA user * 0 1 *; "},
-      {[&] { return utRegVerifyKey(user, nullptr) | utRegVerifyKey(user, ""); }, 0, ""},
-      {[&] { return utRegOpenPrivateUserKey(nullptr, nullptr, 0x1234, &key); }, 0,
-       "OpenKeyExA user * 0 4660 key; "},
-      {[&] { return utRegDeletePrivateUserKey(nullptr, nullptr); }, 0, "DeleteKeyA user *; "},
+  const struct { std::function<DWORD()> call; DWORD result, access; std::string calls; } rows[] = {
+      {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0); }, 2, 0, "OpenKey u none 0 2 *; "},
+      {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0x10000); }, 0, 0, "OpenKey u none 0 2 *; "
+       "CreateKey u none 0 0 0 983103 0 * *; SetValue 8 v 0 3 d 2; CloseKey 8; "},
+      {[&] { return utRegSetValue(u, sub, nullptr, 9, d, 0, 1); }, 0, 2, "SetValue 8 0 0 9 d 0; "},
+      {[&] { return utRegSetValue(u, nullptr, v, 3, d, 2, 1); }, 0, 0, "SetValue u v 0 3 d 2; "},
+      {[&] { return utRegQueryValue(u, sub, v, &t, d, &n); }, 0, 1, "QueryValue 8 v 0 t d n; "},
+      {[&] { return utRegQueryValue(u, nullptr, v, nullptr, d, &n); }, 2, 0,
+       "QueryValue u v 0 0 d n; "},
+      {[&] { return utRegQueryValue(u, empty, v, &t, d, nullptr); }, 87, 0,
+       "OpenKey u empty 0 1 *; QueryValue 8 v 0 t d 0; CloseKey 8; "},
+      {[&] { return utRegQueryValue(u, none, v, &t, d, &n); }, 2, 0, "OpenKey u none 0 1 *; "},
+      {[&] { return utRegVerifyValue(u, sub, v, &t); }, 1, 1, "QueryValue 8 v 0 t 0 *; "},
+      {[&] { return utRegVerifyValue(u, nullptr, v, nullptr); }, 0, 0, "QueryValue u v 0 0 0 *; "},
+      {[&] { return utRegDeleteValue(u, sub, v); }, 0, 2, "DeleteValue 8 v; "},
+      {[&] { return utRegDeleteValue(u, sub, none); }, 2, 2, "DeleteValue 8 none; "},
+      {[&] { return utRegDeleteValue(u, nullptr, v); }, 2, 0, "DeleteValue u v; "},
+      {[&] { return utRegVerifyKey(u, sub); }, 1, 1, ""},
+      {[&] { return utRegVerifyKey(u, none); }, 0, 0, "OpenKey u none 0 1 *; "},
+      {[&] { return utRegVerifyKey(u, nullptr) | utRegVerifyKey(u, empty); }, 0, 0, ""},
+      {[&] { return utRegOpenPrivateUserKey(nullptr, nullptr, 9, &key); }, 0, 0,
+       "OpenKey u * 0 9 key; "},
+      {[&] { return utRegDeletePrivateUserKey(nullptr, nullptr); }, 0, 0, "DeleteKey u *; "},
   };
   // clang-format on
-  for (const auto& row : rows) {
-    DWORD result = 99;
-    EXPECT_EQ(Calls([&] { result = row.call(); }, names), row.calls);
-    EXPECT_EQ(result, row.result) << row.calls;
+  for (auto [call, result, access, calls] : rows) {
+    host::Reset();
+    Put(sub, v, REG_BINARY, "xy");
+    n = 2;
+    const auto opening = "OpenKey u sub 0 " + std::to_string(access) + " *; ";
+    if (access != 0) calls = opening + calls + "CloseKey 8; ";
+    DWORD got = 99;
+    EXPECT_EQ(Calls([&] { got = call(); }, names), calls);
+    EXPECT_EQ(got, result) << calls;
+    if (key != nullptr) RegCloseKey(key);
+    key = nullptr;
   }
-  EXPECT_EQ(type, 3u);
-  RegCloseKey(key);
+  EXPECT_EQ(t, 3u);
 }
 
 TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {
   // clang-format off
-  const struct { DWORD type; std::string data; DWORD code; BOOL value; } rows[] = {
-      {3, "\0"s, 0, 0}, {3, "\2"s, 0, 1}, {3, "\0\1"s, 0, 0}, {3, "", 13, 55},
-      {3, std::string(48, 1), 0, 1}, {3, std::string(49, 1), 234, 55}, {4, "\0\0\0\0"s, 0, 0},
-      {4, "\0\1\0\0"s, 0, 1}, {4, "\0\0\0\x80"s, 0, 1}, {4, "\1\0\0"s, 13, 55}, {4, "", 13, 55},
-      {4, "\x78\x56\x34\x12", 0, 1}, {4, "\0\0\0\0\1"s, 0, 0},
-      {1, "True\0"s, 0, 1}, {1, "yes\0"s, 0, 1}, {1, "oN\0"s, 0, 1}, {1, "1\0"s, 0, 1}, {1, "false\0"s, 0, 0}, {1, "NO\0"s, 0, 0}, {1, "off\0"s, 0, 0},
-      {1, "0\0"s, 0, 0}, {1, "maybe\0"s, 13, 55}, {1, " TRUE\0"s, 13, 55}, {1, "2\0"s, 13, 55},
-      {1, "\0"s, 13, 55}, {1, "", 13, 55}, {1, "TRUE", 0, 1}, {1, "ON\0x"s, 0, 1},
-      {1, "TRUEx", 13, 55}, {1, std::string(47, 'x') + '\0', 13, 55},
-      {1, std::string(48, 'x'), 13, 55}, {1, std::string(48, 'x') + '\0', 234, 55},
-      {2, "TRUE\0"s, 13, 55}, {0, "\1"s, 13, 55}, {7, "1\0\0"s, 13, 55},
+  const struct { DWORD type; std::string data; BOOL value; } rows[] = {
+      {3, "\0"s, 0}, {3, "\2"s, 1}, {3, "\0\1"s, 0}, {3, "", 55}, {3, std::string(48, 1), 1},
+      {3, std::string(49, 1), 55}, {4, "\0\0\0\0"s, 0}, {4, "\0\1\0\0"s, 1}, {4, "\0\0\0\x80"s, 1},
+      {4, "\1\0\0"s, 55}, {4, "", 55}, {4, "\x78\x56\x34\x12", 1}, {4, "\0\0\0\0\1"s, 0},
+      {1, "True\0"s, 1}, {1, "yes\0"s, 1}, {1, "oN\0"s, 1}, {1, "1\0"s, 1}, {1, "false\0"s, 0},
+      {1, "NO\0"s, 0}, {1, "off\0"s, 0}, {1, "0\0"s, 0}, {1, "maybe\0"s, 55}, {1, " TRUE\0"s, 55},
+      {1, "2\0"s, 55}, {1, "\0"s, 55}, {1, "", 55}, {1, "TRUE", 1}, {1, "ON\0x"s, 1},
+      {1, "TRUEx", 55}, {1, std::string(47, 'x') + '\0', 55}, {1, std::string(48, 'x'), 55},
+      {1, std::string(49, 'x'), 55}, {2, "TRUE\0"s, 55}, {0, "\1"s, 55}, {7, "1\0\0"s, 55},
   };
   // clang-format on
   BOOL value = -1;
@@ -119,7 +113,8 @@ TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << row.type << ' ' << testing::PrintToString(row.data));
     Put(kPath, "v", row.type, row.data);
-    EXPECT_EQ(utRegGetValueBool(kUser, kPath, "v", 55, &value), row.code);
+    const DWORD boolCode = row.value != 55 ? 0 : row.data.size() > 48 ? 234 : 13;
+    EXPECT_EQ(utRegGetValueBool(kUser, kPath, "v", 55, &value), boolCode);
     EXPECT_EQ(value, row.value);
     EXPECT_EQ(utRegGetPrivateUserBool("sec", "v", 55, "prod"), value);
 
@@ -154,25 +149,24 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.data) + " into " + std::to_string(row.cbBuffer));
     Put(kPath, "v", row.type, row.data);
-    for (const auto& before : {""s, "old\0"s, "xxxxx\0"s}) {
-      GuardedBuffer expected(row.cbBuffer), buffer(row.cbBuffer);
-      for (auto* target : {&expected, &buffer}) {
-        std::copy_n(before.begin(), std::min<DWORD>(before.size(), row.cbBuffer), target->data());
+    for (const auto& before : {"????????"s, "old\0????"s, "xxxxx\0??"s}) {
+      const auto bytes = test::BytesOf(before.substr(0, row.cbBuffer), 0);
+      auto expected = bytes;
+      std::copy(row.written.begin(), row.written.end(), expected.begin());
+      const auto zero = std::find(expected.begin(), expected.end(), 0);
+      const auto length = zero == expected.end() ? row.written.size() : zero - expected.begin();
+      GuardedBuffer buffer(row.cbBuffer);
+      for (char* psz : {static_cast<char*>(nullptr), buffer.As<char>()}) {
+        buffer.Set(bytes);
+        EXPECT_EQ(utRegGetPrivateUserString("sec", "v", row.pszDefault, psz, row.cbBuffer, "prod"),
+                  psz == nullptr ? 0 : length);
       }
-      std::copy(row.written.begin(), row.written.end(), expected.data());
-      const auto bytes = expected.Bytes();
-      const auto zero = std::find(bytes.begin(), bytes.end(), 0);
-      const auto length = zero == bytes.end() ? row.written.size() : zero - bytes.begin();
-      const auto read = [&](char* psz) {
-        return utRegGetPrivateUserString("sec", "v", row.pszDefault, psz, row.cbBuffer, "prod");
-      };
+      EXPECT_EQ(buffer.Bytes(), expected);
+      buffer.Set(bytes);
       auto* psz = buffer.As<char>();
-      EXPECT_EQ(read(nullptr), 0u);
-      EXPECT_EQ(read(psz), length);
-      EXPECT_EQ(buffer.Bytes(), bytes);
-      EXPECT_EQ(utRegGetValueString(kUser, kPath, "v", row.pszDefault, psz, row.cbBuffer),
-                row.code);
-      EXPECT_EQ(buffer.Bytes(), bytes);
+      const auto code = utRegGetValueString(kUser, kPath, "v", row.pszDefault, psz, row.cbBuffer);
+      EXPECT_EQ(code, row.code);
+      EXPECT_EQ(buffer.Bytes(), expected);
     }
   }
   GuardedBuffer buffer(6);
@@ -185,24 +179,34 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
 }
 
 TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
+  const HKEY u = kUser;
+  const auto& k = kPath;
   // clang-format off
-  const struct { DWORD (*set)(BOOL fCreate); Value stored; } rows[] = {
-      {[](BOOL f) { return utRegSetValueString(kUser, "k", "v", "hello", f); }, {1, "hello\0"s}},
-      {[](BOOL f) { return utRegSetValueString(kUser, "k", "v", nullptr, f); }, {1, "\0"s}},
-      {[](BOOL f) { return utRegSetValueDword(kUser, "k", "v", 0x12345678, f); }, {4, "\x78\x56\x34\x12"}},
-      {[](BOOL f) { return utRegSetValueBool(kUser, "k", "v", 0x100, f); }, {3, "\1"}},
-      {[](BOOL f) { return utRegSetValueBool(kUser, "k", "v", 0, f); }, {3, "\0"s}},
+  const struct { std::function<DWORD(BOOL)> set; Value stored; } rows[] = {
+      {[&](BOOL f) { return utRegSetValueString(u, k, "v", "hello", f); }, {1, "hello\0"s}},
+      {[&](BOOL f) { return utRegSetValueString(u, k, "v", nullptr, f); }, {1, "\0"s}},
+      {[&](BOOL f) { return utRegSetValueDword(u, k, "v", 0x44332211, f); }, {4, "\x11\"3D"}},
+      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0x100, f); }, {3, "\1"}},
+      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0, f); }, {3, "\0"s}},
+      {[&](BOOL) { return !utRegWritePrivateUserString("sec", "v", "", "prod"); }, {1, "\0"s}},
+      {[&](BOOL) { return !utRegWritePrivateUserDword("sec", "v", 5, "prod"); }, {4, "\5\0\0\0"s}},
+      {[&](BOOL) { return !utRegWritePrivateUserBool("sec", "v", 0x100, "prod"); }, {3, "\1"}},
+      {[&](BOOL) { return !utRegWritePrivateUserBinary("sec", "v", "a", 2, "prod"); }, {3, "a\0"s}},
   };
   // clang-format on
   for (const auto& row : rows) {
+    if (&row - rows < 5) EXPECT_EQ(row.set(0), 2u);
     for (const BOOL fCreate : {0x100, 0x10000}) {
-      host::Reset();
-      EXPECT_EQ(row.set(0), 2u);
       EXPECT_EQ(row.set(fCreate), 0u);
       char buffer[8];
       DWORD type = 0, size = sizeof buffer;
-      EXPECT_EQ(utRegQueryValue(kUser, "k", "v", &type, buffer, &size), 0u);
+      EXPECT_EQ(utRegGetPrivateUserBinary("sec", "v", &type, buffer, &size, "prod"), 0u);
       EXPECT_EQ(Value(type, std::string(buffer, size)), row.stored);
+      const bool isText = fCreate == 0x100;
+      EXPECT_EQ(isText ? utRegWritePrivateUserString("sec", "v", nullptr, "prod")
+                       : utRegWritePrivateUserBinary("sec", "v", nullptr, 9, "prod"),
+                1);
+      EXPECT_EQ(utRegDeletePrivateUserKey("sec", "prod"), 0u);
     }
   }
 }
@@ -232,7 +236,7 @@ TEST(PrivateSettings, StandBelowTheRootProductBeforeSection) {
 // Every setting call with the given parts of the path, and `plan` in front of each; returns the
 // results and what the calls left in the caller's variables.
 std::vector<DWORD> CallAll(
-    const char* section, const char* product, const std::function<void()>& plan = [] {}) {
+    const char* s, const char* p, const std::function<void()>& plan = [] {}) {
   DWORD type = 111, size = 0;
   char buffer[4] = "???";
   HKEY key = nullptr;
@@ -242,22 +246,22 @@ std::vector<DWORD> CallAll(
     plan();
   };
   plan();
-  add(utRegWritePrivateUserString(section, "v", "text", product));
-  add(utRegWritePrivateUserBinary(section, "v", "by", 2, product));
-  add(utRegWritePrivateUserBool(section, "v", 9, product));
-  add(utRegWritePrivateUserDword(section, "v", 5, product));
-  add(utRegVerifyPrivateUserKey(section, product));
-  add(utRegVerifyPrivateUserValue(section, "v", product, &type));
-  add(utRegGetPrivateUserString(section, "v", "d", buffer, 4, product));
-  add(utRegGetPrivateUserDword(section, "v", 77, product));
-  add(utRegGetPrivateUserBool(section, "v", 55, product));
-  add(utRegGetPrivateUserBinary(section, "v", nullptr, nullptr, &size, product));
-  add(utRegOpenPrivateUserKey(section, product, KEY_READ, &key));
+  add(utRegWritePrivateUserString(s, "v", "text", p));
+  add(utRegWritePrivateUserBinary(s, "v", "by", 2, p));
+  add(utRegWritePrivateUserBool(s, "v", 9, p));
+  add(utRegWritePrivateUserDword(s, "v", 5, p));
+  add(utRegVerifyPrivateUserKey(s, p));
+  add(utRegVerifyPrivateUserValue(s, "v", p, &type));
+  add(utRegGetPrivateUserString(s, "v", "d", buffer, 4, p));
+  add(utRegGetPrivateUserDword(s, "v", 77, p));
+  add(utRegGetPrivateUserBool(s, "v", 55, p));
+  add(utRegGetPrivateUserBinary(s, "v", nullptr, nullptr, &size, p));
+  add(utRegOpenPrivateUserKey(s, p, KEY_READ, &key));
   if (key != nullptr) RegCloseKey(key);
-  add(utRegDeletePrivateUserValue(section, "v", product));
-  add(utRegWritePrivateUserString(section, "v", nullptr, product));
-  add(utRegWritePrivateUserBinary(section, "v", nullptr, 9, product));
-  add(utRegDeletePrivateUserKey(section, product));
+  add(utRegDeletePrivateUserValue(s, "v", p));
+  add(utRegWritePrivateUserString(s, "v", nullptr, p));
+  add(utRegWritePrivateUserBinary(s, "v", nullptr, 9, p));
+  add(utRegDeletePrivateUserKey(s, p));
   for (const DWORD left : {type, size, static_cast<DWORD>(buffer[0])}) add(left);
   return results;
 }
@@ -295,65 +299,6 @@ TEST(PrivateSettings, CloseEveryKeyAndKeepTheDefaultsWhenThePlatformFails) {
     const auto plan = [&] { host::FailCall(1, row.code, row.operation); };
     EXPECT_EQ(CallAll("sec", "prod", plan), row.results);
     EXPECT_EQ(host::LivingKeyHandles(), 0u);
-  }
-  host::Reset();
-  const unsigned failures = test::ForEachFailure(5, [] {
-    CallAll("sec", "prod");
-    EXPECT_EQ(host::LivingKeyHandles(), 0u);
-  });
-  EXPECT_GT(failures, 50u);
-}
-
-TEST(PrivateSettings, BehaveAsAMapOverARandomLife) {
-  const std::vector<const char*> sections = {nullptr, "", "s", "S", "s\\t", "u"};
-  const std::vector<const char*> products = {nullptr, "", "p", "P", "q\\r"};
-  const std::vector<const char*> names = {nullptr, "", "v", "V", "w\\x"};
-  // clang-format off
-  const struct { BOOL (*write)(const char* s, const char* v, const char* p); Value value; } writers[] = {
-      {[](auto s, auto v, auto p) { return utRegWritePrivateUserString(s, v, "", p); }, {1, "\0"s}},
-      {[](auto s, auto v, auto p) { return utRegWritePrivateUserString(s, v, "7 bytes", p); }, {1, "7 bytes\0"s}},
-      {[](auto s, auto v, auto p) { return utRegWritePrivateUserString(s, v, "8 bytes.", p); }, {1, "8 bytes.\0"s}},
-      {[](auto s, auto v, auto p) { return utRegWritePrivateUserDword(s, v, 0x12345678, p); }, {4, "\x78\x56\x34\x12"}},
-      {[](auto s, auto v, auto p) { return utRegWritePrivateUserBool(s, v, 0x100, p); }, {3, "\1"}},
-      {[](auto s, auto v, auto p) { return utRegWritePrivateUserBinary(s, v, "a\0b", 3, p); }, {3, "a\0b"s}},
-      {[](auto s, auto v, auto p) { return utRegWritePrivateUserBinary(s, v, "", 0, p); }, {3, ""}},
-  };
-  // clang-format on
-  test::Random random(5);
-  std::map<std::string, Value> model;
-  for (int step = 0; step < 3000; ++step) {
-    const auto *section = random.Of(sections), *product = random.Of(products);
-    const auto* name = random.Of(names);
-    // Upper case, and an empty part counts for nothing.
-    std::string place;
-    for (const char* part : {product, section}) {
-      if (part != nullptr && *part != 0) place += host::FoldName(part) + '\\';
-    }
-    place += '=' + host::FoldName(name == nullptr ? "" : name);
-    const bool isThere = model.contains(place);
-    SCOPED_TRACE(std::to_string(step) + ": " + place);
-
-    const auto kind = random.Below(14);
-    if (kind < std::size(writers)) {
-      EXPECT_EQ(writers[kind].write(section, name, product), 1);
-      model[place] = writers[kind].value;
-    } else if (kind < 9) {
-      EXPECT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), isThere);
-      model.erase(place);
-    } else {
-      const auto value = isThere ? model[place] : Value();
-      char buffer[32];
-      DWORD type = 0, size = sizeof buffer;
-      const DWORD code = utRegGetPrivateUserBinary(section, name, &type, buffer, &size, product);
-      EXPECT_EQ(code, isThere ? 0u : 2u);
-      EXPECT_EQ(Value(type, std::string(buffer, isThere ? size : 0)), value);
-      EXPECT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), isThere);
-      EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product),
-                value.first == REG_DWORD ? 0x12345678u : 9u);
-      const DWORD length = utRegGetPrivateUserString(section, name, "none", buffer, 8, product);
-      const bool isRead = value.first == REG_SZ && value.second.size() <= 8;
-      EXPECT_EQ(std::string(buffer, length + 1), isRead ? value.second : "none\0"s);
-    }
   }
 }
 
