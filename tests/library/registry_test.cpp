@@ -195,7 +195,7 @@ TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
   };
   // clang-format on
   for (const auto& row : rows) {
-    if (&row - rows < 5) EXPECT_EQ(row.set(0), 2u);
+    if (&row < rows + 5) EXPECT_EQ(row.set(0), 2u);
     for (const BOOL fCreate : {0x100, 0x10000}) {
       EXPECT_EQ(row.set(fCreate), 0u);
       char buffer[8];
