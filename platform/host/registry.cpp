@@ -84,6 +84,16 @@ std::string_view TakePart(std::string_view& path) {
   return part;
 }
 
+// Whether there may be keys of these names below one of this depth.
+bool CanStand(std::string_view path, unsigned depth) {
+  while (!path.empty()) {
+    const auto part = TakePart(path);
+    if (part.size() > kMaxKeyNameLength) return false;
+    if (!part.empty() && ++depth > kMaxKeyDepth) return false;
+  }
+  return true;
+}
+
 // Does work on the key that a handle stands for, if its access covers what is needed.
 template <class Work>
 LONG OnKey(HKEY hKey, REGSAM needed, Work work) {
@@ -156,6 +166,7 @@ std::shared_ptr<RegistryKey> NewRegistry() {
 
 std::shared_ptr<RegistryKey> FindKey(std::shared_ptr<RegistryKey> from, std::string_view path,
                                      std::size_t* missing) {
+  if (missing != nullptr && !CanStand(path, from->depth)) return nullptr;
   while (!path.empty()) {
     const auto part = TakePart(path);
     if (part.empty()) continue;
@@ -165,8 +176,7 @@ std::shared_ptr<RegistryKey> FindKey(std::shared_ptr<RegistryKey> from, std::str
       from = found->second;
       continue;
     }
-    if (missing == nullptr || part.size() > kMaxKeyNameLength) return nullptr;
-    if (from->depth == kMaxKeyDepth) return nullptr;
+    if (missing == nullptr) return nullptr;
     auto key = std::make_shared<RegistryKey>();
     key->name = part;
     key->parent = from.get();
@@ -186,7 +196,10 @@ void SetValue(RegistryKey& key, std::string_view name, DWORD type,
   value.data = std::move(data);
 }
 
-std::shared_ptr<const RegistryKey> CurrentRegistry() { return TheState().registry; }
+std::shared_ptr<const RegistryKey> CurrentRegistry() {
+  const std::lock_guard lock(TheState().mutex);
+  return TheState().registry;
+}
 
 void ReplaceRegistry(std::shared_ptr<RegistryKey> registry) {
   State& state = TheState();

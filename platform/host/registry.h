@@ -42,16 +42,16 @@ inline constexpr unsigned kMaxKeyDepth = 512;
 std::shared_ptr<RegistryKey> NewRegistry();
 
 // The key at a path below `from`; empty parts of the path count for nothing. Where `missing` is
-// given, missing keys are made and counted there, else the result is NULL. NULL too for a name that
-// is too long or a tree that would become too deep.
+// given, missing keys are made and counted there, else the result is NULL. NULL too, and nothing is
+// made, for a name that is too long or a tree that would become too deep.
 std::shared_ptr<RegistryKey> FindKey(std::shared_ptr<RegistryKey> from, std::string_view path,
                                      std::size_t* missing);
 
 // Sets a value; one that is there keeps the letters of its name.
 void SetValue(RegistryKey& key, std::string_view name, DWORD type, std::vector<unsigned char> data);
 
-// The registry that the operations work on. Handles to keys of the one that is replaced stay open,
-// on deleted keys.
+// The registry that the operations work on; none may run while it is walked. Handles to keys of the
+// one that is replaced stay open, on deleted keys.
 std::shared_ptr<const RegistryKey> CurrentRegistry();
 void ReplaceRegistry(std::shared_ptr<RegistryKey> registry);
 

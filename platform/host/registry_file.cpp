@@ -2,15 +2,18 @@
 
 #include <fcntl.h>
 #include <iconv.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <cstdlib>
 #include <cstring>
 #include <utility>
 
 #include "codepage.h"
+#include "conversion.h"
 
 namespace host {
 namespace {
@@ -92,9 +95,16 @@ void AppendData(std::string& out, const RegistryValue& value) {
   }
 }
 
+// Refused as soon as it is too large: every key is written with its whole path, which for a deep
+// tree takes far more than the tree itself.
+void CheckSize(std::string_view content) {
+  if (content.size() > kMaxRegistryFileSize) throw RegistryFileError(0, "the file is too large");
+}
+
 void AppendKey(std::string& out, const RegistryKey& key, const std::string& parentPath) {
   const std::string path = parentPath.empty() ? key.name : parentPath + '\\' + key.name;
   out.append(kLineEnd).append("[").append(path).append("]").append(kLineEnd);
+  CheckSize(out);
   for (const auto& [folded, value] : key.values) {
     if (value.name.empty()) {
       out += '@';
@@ -104,6 +114,7 @@ void AppendKey(std::string& out, const RegistryKey& key, const std::string& pare
     out += '=';
     AppendData(out, value);
     out += kLineEnd;
+    CheckSize(out);
   }
   for (const auto& [folded, sub] : key.keys) AppendKey(out, *sub, path);
 }
@@ -113,8 +124,7 @@ void AppendKey(std::string& out, const RegistryKey& key, const std::string& pare
 // Converts text into the active code page. False if it has a character that isn't there; `text` is
 // then what stands before it.
 bool ConvertText(std::string& text, const char* encoding) {
-  const std::string codePage = "CP" + std::to_string(CodePage());
-  const iconv_t converter = iconv_open(codePage.c_str(), encoding);
+  const iconv_t converter = iconv_open(CharsetOf(CodePage()).c_str(), encoding);
   if (converter == reinterpret_cast<iconv_t>(-1)) {
     text.clear();
     return false;
@@ -334,10 +344,17 @@ class Reader {
   throw RegistryFileError(0, path + ": " + what + ": " + std::strerror(errno));
 }
 
+// Repeats a call that a signal broke off.
+template <class Call>
+auto Retry(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
 class Descriptor {
  public:
-  Descriptor(const std::string& path, int flags)
-      : number_(open(path.c_str(), flags | O_CLOEXEC, 0666)) {}
+  explicit Descriptor(int number) : number_(number) {}
   ~Descriptor() {
     if (number_ >= 0) close(number_);
   }
@@ -345,35 +362,53 @@ class Descriptor {
   Descriptor& operator=(const Descriptor&) = delete;
 
   bool IsOpen() const { return number_ >= 0; }
-  int number() const { return number_; }
+  bool SetMode(mode_t mode) const { return fchmod(number_, mode) == 0; }
 
   // False, with errno, at a failure.
   bool Read(std::string& content, std::size_t maxSize) const {
     char block[4096];
     ssize_t count;
-    while ((count = read(number_, block, sizeof block)) > 0 && content.size() <= maxSize) {
+    while ((count = Retry([&] { return read(number_, block, sizeof block); })) > 0) {
       content.append(block, static_cast<std::size_t>(count));
+      if (content.size() > maxSize) break;
     }
     return count >= 0;
   }
 
   bool Write(std::string_view content) const {
     while (!content.empty()) {
-      const ssize_t count = write(number_, content.data(), content.size());
+      const ssize_t count = Retry([&] { return write(number_, content.data(), content.size()); });
       if (count < 0) return false;
       content.remove_prefix(static_cast<std::size_t>(count));
     }
     return true;
   }
 
+  bool Sync() const {
+    return Retry([&] { return fsync(number_); }) == 0;
+  }
+
  private:
   int number_;
 };
 
+Descriptor OpenToRead(const std::string& path) {
+  return Descriptor(Retry([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC); }));
+}
+
+// The mode that a new file at a path has to get: that of the old one, or that of any first file.
+mode_t ModeFor(const std::string& path) {
+  struct stat status;
+  if (stat(path.c_str(), &status) == 0) return status.st_mode & 0777;
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666 & ~mask;
+}
+
 }  // namespace
 
 std::shared_ptr<RegistryKey> ParseRegistry(std::string_view content) {
-  if (content.size() > kMaxRegistryFileSize) throw RegistryFileError(0, "the file is too large");
+  CheckSize(content);
   return Reader(content).Read();
 }
 
@@ -389,7 +424,7 @@ std::string FormatRegistry(const RegistryKey& registry) {
 }
 
 RegistryFile::RegistryFile(std::string path) : path_(std::move(path)) {
-  const Descriptor file(path_, O_RDONLY);
+  const Descriptor file = OpenToRead(path_);
   if (!file.IsOpen()) {
     if (errno != ENOENT) RefuseFile(path_, "can't be opened");
     ReplaceRegistry(NewRegistry());
@@ -398,7 +433,9 @@ RegistryFile::RegistryFile(std::string path) : path_(std::move(path)) {
   std::string content;
   if (!file.Read(content, kMaxRegistryFileSize)) RefuseFile(path_, "can't be read");
   try {
-    ReplaceRegistry(ParseRegistry(content));
+    auto registry = ParseRegistry(content);
+    FormatRegistry(*registry);  // nothing is loaded that couldn't be saved again
+    ReplaceRegistry(std::move(registry));
   } catch (const RegistryFileError& error) {
     const std::string line = error.line() == 0 ? "" : std::to_string(error.line()) + ":";
     throw RegistryFileError(error.line(), path_ + ":" + line + " " + error.what());
@@ -412,10 +449,10 @@ void RegistryFile::Save() const {
   } catch (const RegistryFileError& error) {
     throw RegistryFileError(0, path_ + ": can't be saved: " + error.what());
   }
-  const std::string fresh = path_ + ".new";
-  const Descriptor file(fresh, O_WRONLY | O_CREAT | O_TRUNC);
-  if (!file.IsOpen()) RefuseFile(fresh, "can't be opened");
-  if (!file.Write(content) || fsync(file.number()) != 0 ||
+  std::string fresh = path_ + ".XXXXXX";
+  const Descriptor file(mkostemp(fresh.data(), O_CLOEXEC));
+  if (!file.IsOpen()) RefuseFile(path_, "can't be saved");
+  if (!file.Write(content) || !file.SetMode(ModeFor(path_)) || !file.Sync() ||
       rename(fresh.c_str(), path_.c_str()) != 0) {
     const int reason = errno;
     unlink(fresh.c_str());
@@ -424,8 +461,8 @@ void RegistryFile::Save() const {
   }
   // The new name must be on the disk too.
   const auto slash = path_.rfind('/');
-  const Descriptor folder(slash == path_.npos ? "." : path_.substr(0, slash + 1), O_RDONLY);
-  if (folder.IsOpen()) fsync(folder.number());
+  const Descriptor folder = OpenToRead(slash == path_.npos ? "." : path_.substr(0, slash + 1));
+  if (!folder.IsOpen() || !folder.Sync()) RefuseFile(path_, "may not be on the disk");
 }
 
 }  // namespace host

@@ -38,19 +38,22 @@ inline constexpr std::size_t kMaxRegistryFileKeys = 65536;
 std::shared_ptr<RegistryKey> ParseRegistry(std::string_view content);
 
 // Writes such a content, and reads it back: what can't be loaded again as it was is refused. That
-// is a name that is no text of the active code page, one of a key with a control character, and too
-// much.
+// is a name that is no text of the active code page, one of a key with a control character, and
+// more than a file may hold.
 std::string FormatRegistry(const RegistryKey& registry);
 
 // Binds the registry to a file.
 class RegistryFile {
  public:
-  // Loads the file over the registry. One that can't be read or is damaged is refused with a
-  // RegistryFileError; file and registry stay as they were.
+  // Loads the file over the registry. One that can't be read, is damaged or could not be saved
+  // again, since the written form may be longer, is refused with a RegistryFileError; file and
+  // registry stay as they were.
   explicit RegistryFile(std::string path);
 
-  // Writes the registry to a new file and renames it over the old one, so that a crash leaves one
-  // of the two and never a part. Throws a RegistryFileError; the old file then stays.
+  // Writes the registry to a new file and renames it over the old one, whose mode it takes over, so
+  // that a crash leaves one of the two and never a part. Throws a RegistryFileError; the old file
+  // then stays, or the new one if only its place in the folder is not known to be on the disk.
+  // Neither another operation on the registry nor umask() may run meanwhile.
   void Save() const;
 
  private:

@@ -1,4 +1,5 @@
 // Settings in the private tree of the user, over the typed values.
+#include <tavkit/frame.h>
 #include <tavkit/registry.h>
 #include <win32.h>
 
@@ -28,12 +29,14 @@ class PrivatePath {
   bool fits_;
 };
 
-// Bytes in front of the terminator, or cbText if none stands there.
-DWORD TextLength(LPCSTR pszText, DWORD cbText) {
-  for (DWORD i = 0; i < cbText; ++i) {
+// Bytes in front of the first zero in the buffer, or cbFilled if there is none. How large an
+// unchecked buffer is nobody knows: only what was filled is looked at.
+DWORD TextLength(LPCSTR pszText, DWORD cbBuffer, DWORD cbFilled) {
+  const DWORD cbSearched = cbBuffer == UT_SIZE_UNCHECKED ? cbFilled : cbBuffer;
+  for (DWORD i = 0; i < cbSearched; ++i) {
     if (pszText[i] == 0) return static_cast<DWORD>(lstrlenA(pszText));
   }
-  return cbText;
+  return cbFilled;
 }
 
 }  // namespace
@@ -79,10 +82,10 @@ DWORD UT_API utRegGetPrivateUserString(LPCSTR pszSection, LPCSTR pszValueName, L
                                        LPSTR pszBuffer, DWORD cbBuffer, LPCSTR pszProduct) {
   const PrivatePath path(pszSection, pszProduct);
   if (!path.Fits()) return 0;
-  DWORD cbText;
+  DWORD cbFilled;
   tavkit::ReadString(HKEY_CURRENT_USER, path, pszValueName, pszDefault, pszBuffer, cbBuffer,
-                     &cbText);
-  return pszBuffer == nullptr ? 0 : tavkit::TextLength(pszBuffer, cbText);
+                     &cbFilled);
+  return pszBuffer == nullptr ? 0 : tavkit::TextLength(pszBuffer, cbBuffer, cbFilled);
 }
 
 DWORD UT_API utRegGetPrivateUserDword(LPCSTR pszSection, LPCSTR pszValueName, DWORD dwDefault,

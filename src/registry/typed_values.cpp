@@ -60,15 +60,15 @@ bool BoolFromData(DWORD dwType, const BoolData& data, DWORD cbData, BOOL* pfValu
 }  // namespace
 
 DWORD ReadString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPCSTR pszDefault,
-                 LPSTR pszBuffer, DWORD cbBuffer, DWORD* pcbText) {
+                 LPSTR pszBuffer, DWORD cbBuffer, DWORD* pcbFilled) {
   DWORD dwType = 0;
   DWORD cbData = cbBuffer;
   const DWORD code = utRegQueryValue(hKey, pszSubKey, pszValueName, &dwType, pszBuffer, &cbData);
   if (code == ERROR_SUCCESS && dwType == REG_SZ) {
-    *pcbText = cbData < cbBuffer ? cbData : cbBuffer;
+    *pcbFilled = cbData < cbBuffer ? cbData : cbBuffer;
     return ERROR_SUCCESS;
   }
-  *pcbText = utCopyString(pszDefault, pszBuffer, cbBuffer) ? cbBuffer : 0;
+  *pcbFilled = utCopyString(pszDefault, pszBuffer, cbBuffer) ? cbBuffer : 0;
   return Refused(code);
 }
 
@@ -76,9 +76,9 @@ DWORD ReadString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPCSTR pszDef
 
 DWORD UT_API utRegGetValueString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName,
                                  LPCSTR pszDefault, LPSTR pszBuffer, DWORD cbBuffer) {
-  DWORD cbText;
+  DWORD cbFilled;
   return tavkit::ReadString(hKey, pszSubKey, pszValueName, pszDefault, pszBuffer, cbBuffer,
-                            &cbText);
+                            &cbFilled);
 }
 
 DWORD UT_API utRegGetValueDword(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, DWORD dwDefault,

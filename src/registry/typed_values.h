@@ -6,10 +6,10 @@
 
 namespace tavkit {
 
-// Reads a text as utRegGetValueString does, and tells in *pcbText how far its terminator may be
-// looked for: the bytes that were delivered or, for the default, which always has one, cbBuffer.
+// Reads a text as utRegGetValueString does, and tells in *pcbFilled how much of the buffer may be
+// looked at: the bytes that were delivered or, for the default, which has a terminator, cbBuffer.
 DWORD ReadString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPCSTR pszDefault,
-                 LPSTR pszBuffer, DWORD cbBuffer, DWORD* pcbText);
+                 LPSTR pszBuffer, DWORD cbBuffer, DWORD* pcbFilled);
 
 }  // namespace tavkit
 

@@ -4,21 +4,20 @@
 #include <host.h>
 #include <registry.h>
 #include <tavkit.h>
-#include <text.h>
 
 #include <functional>
 #include <map>
 #include <string>
 
-#include "support/failures.h"
 #include "support/guarded.h"
-#include "support/random.h"
 
 namespace {
 
 using namespace std::string_literals;
 using test::GuardedBuffer;
 using testing::ElementsAre;
+using Names = std::map<const void*, std::string>;
+using Value = std::pair<DWORD, std::string>;
 
 const HKEY kUser = HKEY_CURRENT_USER;
 constexpr char kPath[] = "Software\\Brindlex\\prod\\sec";
@@ -27,21 +26,19 @@ void Put(const char* path, const char* name, DWORD type, const std::string& data
   ASSERT_EQ(utRegSetValue(kUser, path, name, type, data.data(), data.size(), 1), 0u);
 }
 
-// The platform's registry calls of a piece of work, with a word for each argument: a name from
-// `names`, a small number, or * for another address.
-std::string Calls(const std::map<const void*, std::string>& names,
-                  const std::function<void()>& work) {
+// The platform's registry calls of a piece of work, each argument by its name, as a small number,
+// or as * for another address.
+std::string Calls(const std::function<void()>& work, const Names& names = {}) {
   host::StartJournal();
   work();
   std::string calls;
-  for (const auto& call : host::TakeJournal()) {
-    if (!call.operation.starts_with("Reg")) continue;
-    calls += call.operation;
-    for (const auto argument : call.arguments) {
+  for (const auto& [operation, arguments] : host::TakeJournal()) {
+    if (!operation.starts_with("Reg")) continue;
+    calls += operation.substr(3, operation.find_last_not_of("ExA") - 2);
+    for (const auto argument : arguments) {
       const auto name = names.find(reinterpret_cast<const void*>(argument));
-      const bool isSmall = argument < 0x100000;
-      const auto word = isSmall ? std::to_string(argument) : "*";
-      calls += ' ' + (name != names.end() ? name->second : word);
+      const auto number = argument < 0x100000 ? std::to_string(argument) : "*";
+      calls += ' ' + (name != names.end() ? name->second : number);
     }
     calls += "; ";
   }
@@ -49,70 +46,66 @@ std::string Calls(const std::map<const void*, std::string>& names,
 }
 
 TEST(RegistryValues, ReachThePlatformAsTheyCome) {
-  const HKEY user = kUser;
-  const char sub[] = "Software\\Brindlex", value[] = "v", bytes[] = "xy";
-  DWORD type = 0, size = 2;
-  char data[2];
+  const HKEY u = kUser;
+  const char sub[] = "Software\\Brindlex", v[] = "v", none[] = "none", empty[] = "";
+  DWORD t, n;
+  char d[2] = {};
   HKEY key = nullptr;
-  std::map<const void*, std::string> names = {{user, "user"}, {sub, "sub"}, {value, "value"}};
-  names.insert({{bytes, "bytes"}, {&type, "type"}, {&size, "size"}, {data, "data"}, {&key, "key"}});
+  const Names names = {{u, "u"},  {sub, "sub"}, {none, "none"}, {empty, "empty"}, {v, "v"},
+                       {&t, "t"}, {&n, "n"},    {d, "d"},       {&key, "key"}};
+  // What is called between opening `sub` with an access and closing it; all of it if that is 0.
   // clang-format off
-  const struct { std::function<DWORD()> call; DWORD result; std::string calls; } rows[] = {
-      {[&] { return utRegSetValue(user, sub, value, 3, bytes, 2, 0); }, 2,
-       "RegOpenKeyExA user sub 0 2 *; "},
-      {[&] { return utRegSetValue(user, sub, value, 3, bytes, 2, 8); }, 0,
-       "RegOpenKeyExA user sub 0 2 *; RegCreateKeyExA user sub 0 0 0 983103 0 * *; "
-       "RegSetValueExA 4 value 0 3 bytes 2; RegCloseKey 4; "},
-      {[&] { return utRegSetValue(user, sub, nullptr, 9, nullptr, 0, 1); }, 0,
-       "RegOpenKeyExA user sub 0 2 *; RegSetValueExA 8 0 0 9 0 0; RegCloseKey 8; "},
-      {[&] { return utRegSetValue(user, nullptr, value, 3, bytes, 2, 1); }, 0,
-       "RegSetValueExA user value 0 3 bytes 2; "},
-      {[&] { return utRegQueryValue(user, sub, value, &type, data, &size); }, 0,
-       "RegOpenKeyExA user sub 0 1 *; RegQueryValueExA 12 value 0 type data size; RegCloseKey 12; "},
-      {[&] { return utRegQueryValue(user, nullptr, value, nullptr, nullptr, nullptr); }, 0,
-       "RegQueryValueExA user value 0 0 0 0; "},
-      {[&] { return utRegQueryValue(user, "", value, &type, data, nullptr); }, 87,
-       "RegOpenKeyExA user * 0 1 *; RegQueryValueExA 16 value 0 type data 0; RegCloseKey 16; "},
-      {[&] { return utRegQueryValue(user, "none", value, nullptr, data, &size); }, 2,
-       "RegOpenKeyExA user * 0 1 *; "},
-      {[&] { return utRegVerifyValue(user, sub, value, &type); }, 1,
-       "RegOpenKeyExA user sub 0 1 *; RegQueryValueExA 20 value 0 type 0 *; RegCloseKey 20; "},
-      {[&] { return utRegVerifyValue(user, nullptr, "none", nullptr); }, 0,
-       "RegQueryValueExA user * 0 0 0 *; "},
-      {[&] { return utRegDeleteValue(user, sub, value); }, 0,
-       "RegOpenKeyExA user sub 0 2 *; RegDeleteValueA 24 value; RegCloseKey 24; "},
-      {[&] { return utRegDeleteValue(user, nullptr, "none"); }, 2, "RegDeleteValueA user *; "},
-      {[&] { return utRegVerifyKey(user, sub); }, 1,
-       "RegOpenKeyExA user sub 0 1 *; RegCloseKey 28; "},
-      {[&] { return utRegVerifyKey(user, "none"); }, 0, "RegOpenKeyExA user * 0 1 *; "},
-      {[&] { return utRegVerifyKey(user, nullptr) | utRegVerifyKey(user, ""); }, 0, ""},
-      {[&] { return utRegOpenPrivateUserKey(nullptr, nullptr, 0x1234, &key); }, 0,
-       "RegOpenKeyExA user * 0 4660 key; "},
-      {[&] { return utRegDeletePrivateUserKey(nullptr, nullptr); }, 0, "RegDeleteKeyA user *; "},
+  const struct { std::function<DWORD()> call; DWORD result, access; std::string calls; } rows[] = {
+      {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0); }, 2, 0, "OpenKey u none 0 2 *; "},
+      {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0x10000); }, 0, 0, "OpenKey u none 0 2 *; "
+       "CreateKey u none 0 0 0 983103 0 * *; SetValue 8 v 0 3 d 2; CloseKey 8; "},
+      {[&] { return utRegSetValue(u, sub, nullptr, 9, d, 0, 1); }, 0, 2, "SetValue 8 0 0 9 d 0; "},
+      {[&] { return utRegSetValue(u, nullptr, v, 3, d, 2, 1); }, 0, 0, "SetValue u v 0 3 d 2; "},
+      {[&] { return utRegQueryValue(u, sub, v, &t, d, &n); }, 0, 1, "QueryValue 8 v 0 t d n; "},
+      {[&] { return utRegQueryValue(u, nullptr, v, nullptr, d, &n); }, 2, 0,
+       "QueryValue u v 0 0 d n; "},
+      {[&] { return utRegQueryValue(u, empty, v, &t, d, nullptr); }, 87, 0,
+       "OpenKey u empty 0 1 *; QueryValue 8 v 0 t d 0; CloseKey 8; "},
+      {[&] { return utRegQueryValue(u, none, v, &t, d, &n); }, 2, 0, "OpenKey u none 0 1 *; "},
+      {[&] { return utRegVerifyValue(u, sub, v, &t); }, 1, 1, "QueryValue 8 v 0 t 0 *; "},
+      {[&] { return utRegVerifyValue(u, nullptr, v, nullptr); }, 0, 0, "QueryValue u v 0 0 0 *; "},
+      {[&] { return utRegDeleteValue(u, sub, v); }, 0, 2, "DeleteValue 8 v; "},
+      {[&] { return utRegDeleteValue(u, sub, none); }, 2, 2, "DeleteValue 8 none; "},
+      {[&] { return utRegDeleteValue(u, nullptr, v); }, 2, 0, "DeleteValue u v; "},
+      {[&] { return utRegVerifyKey(u, sub); }, 1, 1, ""},
+      {[&] { return utRegVerifyKey(u, none); }, 0, 0, "OpenKey u none 0 1 *; "},
+      {[&] { return utRegVerifyKey(u, nullptr) | utRegVerifyKey(u, empty); }, 0, 0, ""},
+      {[&] { return utRegOpenPrivateUserKey(nullptr, nullptr, 9, &key); }, 0, 0,
+       "OpenKey u * 0 9 key; "},
+      {[&] { return utRegDeletePrivateUserKey(nullptr, nullptr); }, 0, 0, "DeleteKey u *; "},
   };
   // clang-format on
-  for (const auto& row : rows) {
-    DWORD result = 99;
-    EXPECT_EQ(Calls(names, [&] { result = row.call(); }), row.calls);
-    EXPECT_EQ(result, row.result) << row.calls;
+  for (auto [call, result, access, calls] : rows) {
+    host::Reset();
+    Put(sub, v, REG_BINARY, "xy");
+    n = 2;
+    const auto opening = "OpenKey u sub 0 " + std::to_string(access) + " *; ";
+    if (access != 0) calls = opening + calls + "CloseKey 8; ";
+    DWORD got = 99;
+    EXPECT_EQ(Calls([&] { got = call(); }, names), calls);
+    EXPECT_EQ(got, result) << calls;
+    if (key != nullptr) RegCloseKey(key);
+    key = nullptr;
   }
-  EXPECT_EQ(type, 3u);
-  RegCloseKey(key);
+  EXPECT_EQ(t, 3u);
 }
 
 TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {
   // clang-format off
-  const struct { DWORD type; std::string data; DWORD code; BOOL value; } rows[] = {
-      {3, "\0"s, 0, 0}, {3, "\2"s, 0, 1}, {3, "\0\1"s, 0, 0}, {3, "", 13, 55},
-      {3, std::string(48, 1), 0, 1}, {3, std::string(49, 1), 234, 55}, {4, "\0\0\0\0"s, 0, 0},
-      {4, "\0\1\0\0"s, 0, 1}, {4, "\0\0\0\x80"s, 0, 1}, {4, "\1\0\0"s, 13, 55}, {4, "", 13, 55},
-      {4, "\x78\x56\x34\x12", 0, 1}, {4, "\0\0\0\0\1"s, 0, 0},
-      {1, "True\0"s, 0, 1}, {1, "yes\0"s, 0, 1}, {1, "oN\0"s, 0, 1}, {1, "1\0"s, 0, 1}, {1, "false\0"s, 0, 0}, {1, "NO\0"s, 0, 0}, {1, "off\0"s, 0, 0},
-      {1, "0\0"s, 0, 0}, {1, "maybe\0"s, 13, 55}, {1, " TRUE\0"s, 13, 55}, {1, "2\0"s, 13, 55},
-      {1, "\0"s, 13, 55}, {1, "", 13, 55}, {1, "TRUE", 0, 1}, {1, "ON\0x"s, 0, 1},
-      {1, "TRUEx", 13, 55}, {1, std::string(47, 'x') + '\0', 13, 55},
-      {1, std::string(48, 'x'), 13, 55}, {1, std::string(48, 'x') + '\0', 234, 55},
-      {2, "TRUE\0"s, 13, 55}, {0, "\1"s, 13, 55}, {7, "1\0\0"s, 13, 55},
+  const struct { DWORD type; std::string data; BOOL value; } rows[] = {
+      {3, "\0"s, 0}, {3, "\2"s, 1}, {3, "\0\1"s, 0}, {3, "", 55}, {3, std::string(48, 1), 1},
+      {3, std::string(49, 1), 55}, {4, "\0\0\0\0"s, 0}, {4, "\0\1\0\0"s, 1}, {4, "\0\0\0\x80"s, 1},
+      {4, "\1\0\0"s, 55}, {4, "", 55}, {4, "\x78\x56\x34\x12", 1}, {4, "\0\0\0\0\1"s, 0},
+      {1, "True\0"s, 1}, {1, "yes\0"s, 1}, {1, "oN\0"s, 1}, {1, "1\0"s, 1}, {1, "false\0"s, 0},
+      {1, "NO\0"s, 0}, {1, "off\0"s, 0}, {1, "0\0"s, 0}, {1, "maybe\0"s, 55}, {1, " TRUE\0"s, 55},
+      {1, "2\0"s, 55}, {1, "\0"s, 55}, {1, "", 55}, {1, "TRUE", 1}, {1, "ON\0x"s, 1},
+      {1, "TRUEx", 55}, {1, std::string(47, 'x') + '\0', 55}, {1, std::string(48, 'x'), 55},
+      {1, std::string(49, 'x'), 55}, {2, "TRUE\0"s, 55}, {0, "\1"s, 55}, {7, "1\0\0"s, 55},
   };
   // clang-format on
   BOOL value = -1;
@@ -120,7 +113,8 @@ TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << row.type << ' ' << testing::PrintToString(row.data));
     Put(kPath, "v", row.type, row.data);
-    EXPECT_EQ(utRegGetValueBool(kUser, kPath, "v", 55, &value), row.code);
+    const DWORD boolCode = row.value != 55 ? 0 : row.data.size() > 48 ? 234 : 13;
+    EXPECT_EQ(utRegGetValueBool(kUser, kPath, "v", 55, &value), boolCode);
     EXPECT_EQ(value, row.value);
     EXPECT_EQ(utRegGetPrivateUserBool("sec", "v", 55, "prod"), value);
 
@@ -141,35 +135,39 @@ TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {
 TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
   // clang-format off
   const struct { DWORD type; std::string data; const char* pszDefault; DWORD cbBuffer, code;
-                 std::string buffer; DWORD length; } rows[] = {
-      {1, "text\0"s, "dflt", 8, 0, "text\0"s, 4}, {1, "text\0"s, "dflt", 5, 0, "text\0"s, 4},
-      {1, "text\0"s, "dflt", 4, 234, "dfl\0"s, 3}, {1, "text\0"s, "dflt", 1, 234, "\0"s, 0},
-      {1, "text\0"s, "dflt", 0, 234, "", 0},
-      {1, std::string(16, 'x') + '\0', "dflt", 8, 234, "dflt\0\0"s, 4},
-      {1, std::string(16, 'x') + '\0', nullptr, 8, 234, "\0"s, 0},
-      {1, "a\0b"s, "dflt", 8, 0, "a\0b"s, 1}, {1, "", "dflt", 8, 0, "", 0},
-      {1, "", "dflt", 0, 0, "", 0}, {1, "ab", "dflt", 8, 0, "ab", 2},
-      {1, "abcdefgh", "dflt", 8, 0, "abcdefgh", 8}, {4, "\1\2\3\4", "d", 8, 13, "d\0\0\4"s, 1},
-      {4, "\1\2\3\4", nullptr, 8, 13, "\0\2\3\4"s, 0},
-      {2, "text\0"s, "defaultlong", 8, 13, "default\0"s, 7},
-      {3, "12345678", "ABCDEFG", 8, 13, "ABCDEFG\0"s, 7},
+                 std::string written; } rows[] = {
+      {1, "text\0"s, "dflt", 8, 0, "text\0"s}, {1, "text\0"s, "dflt", 5, 0, "text\0"s},
+      {1, "text\0"s, "dflt", 4, 234, "dfl\0"s}, {1, "text\0"s, "dflt", 1, 234, "\0"s},
+      {1, "text\0"s, "dflt", 0, 234, ""}, {1, "longer than 8\0"s, "dflt", 8, 234, "dflt\0\0"s},
+      {1, "longer than 8\0"s, nullptr, 8, 234, "\0"s}, {1, "a\0b"s, "dflt", 8, 0, "a\0b"s},
+      {1, "", "dflt", 8, 0, ""}, {1, "", "dflt", 0, 0, ""}, {1, "ab", "dflt", 8, 0, "ab"},
+      {1, "abcdefgh", "dflt", 8, 0, "abcdefgh"}, {4, "\1\2\3\4", "d", 8, 13, "d\0\0\4"s},
+      {4, "\1\2\3\4", nullptr, 8, 13, "\0\2\3\4"s}, {2, "text\0"s, "defaults", 8, 13, "default\0"s},
+      {3, "12345678", "ABCDEFG", 8, 13, "ABCDEFG\0"s},
   };
   // clang-format on
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.data) + " into " + std::to_string(row.cbBuffer));
     Put(kPath, "v", row.type, row.data);
-    GuardedBuffer expected(row.cbBuffer), buffer(row.cbBuffer);
-    std::copy(row.buffer.begin(), row.buffer.end(), expected.data());
-    const auto read = [&](char* psz) {
-      return utRegGetPrivateUserString("sec", "v", row.pszDefault, psz, row.cbBuffer, "prod");
-    };
-    EXPECT_EQ(read(nullptr), 0u);
-    EXPECT_EQ(read(buffer.As<char>()), row.length);
-    EXPECT_EQ(buffer.Bytes(), expected.Bytes());
-    buffer.Refill();
-    auto* psz = buffer.As<char>();
-    EXPECT_EQ(utRegGetValueString(kUser, kPath, "v", row.pszDefault, psz, row.cbBuffer), row.code);
-    EXPECT_EQ(buffer.Bytes(), expected.Bytes());
+    for (const auto& before : {"????????"s, "old\0????"s, "xxxxx\0??"s}) {
+      const auto bytes = test::BytesOf(before.substr(0, row.cbBuffer), 0);
+      auto expected = bytes;
+      std::copy(row.written.begin(), row.written.end(), expected.begin());
+      const auto zero = std::find(expected.begin(), expected.end(), 0);
+      const auto length = zero == expected.end() ? row.written.size() : zero - expected.begin();
+      GuardedBuffer buffer(row.cbBuffer);
+      for (char* psz : {static_cast<char*>(nullptr), buffer.As<char>()}) {
+        buffer.Set(bytes);
+        EXPECT_EQ(utRegGetPrivateUserString("sec", "v", row.pszDefault, psz, row.cbBuffer, "prod"),
+                  psz == nullptr ? 0 : length);
+      }
+      EXPECT_EQ(buffer.Bytes(), expected);
+      buffer.Set(bytes);
+      auto* psz = buffer.As<char>();
+      const auto code = utRegGetValueString(kUser, kPath, "v", row.pszDefault, psz, row.cbBuffer);
+      EXPECT_EQ(code, row.code);
+      EXPECT_EQ(buffer.Bytes(), expected);
+    }
   }
   GuardedBuffer buffer(6);
   Put(kPath, "v", REG_SZ, "stored");
@@ -180,15 +178,37 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
   EXPECT_EQ(buffer.Bytes(), test::BytesOf("dflt"s, 2));
 }
 
-TEST(TypedValues, MakeTheKeyOnlyIfTold) {
-  const HKEY user = kUser;
-  char text[4] = "???";
-  EXPECT_EQ(utRegSetValueString(user, "k", "v", "hello", 0), 2u);
-  EXPECT_EQ(utRegSetValueDword(user, "k", "v", 1, 0), 2u);
-  EXPECT_EQ(utRegSetValueBool(user, "k", "v", 1, 0), 2u);
-  EXPECT_EQ(utRegSetValueString(user, "k", "v", nullptr, 0x100), 0u);
-  EXPECT_EQ(utRegGetValueString(user, "k", "v", "d", text, 4), 0u);
-  EXPECT_STREQ(text, "");
+TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
+  const HKEY u = kUser;
+  const auto& k = kPath;
+  // clang-format off
+  const struct { std::function<DWORD(BOOL)> set; Value stored; } rows[] = {
+      {[&](BOOL f) { return utRegSetValueString(u, k, "v", "hello", f); }, {1, "hello\0"s}},
+      {[&](BOOL f) { return utRegSetValueString(u, k, "v", nullptr, f); }, {1, "\0"s}},
+      {[&](BOOL f) { return utRegSetValueDword(u, k, "v", 0x44332211, f); }, {4, "\x11\"3D"}},
+      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0x100, f); }, {3, "\1"}},
+      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0, f); }, {3, "\0"s}},
+      {[&](BOOL) { return !utRegWritePrivateUserString("sec", "v", "", "prod"); }, {1, "\0"s}},
+      {[&](BOOL) { return !utRegWritePrivateUserDword("sec", "v", 5, "prod"); }, {4, "\5\0\0\0"s}},
+      {[&](BOOL) { return !utRegWritePrivateUserBool("sec", "v", 0x100, "prod"); }, {3, "\1"}},
+      {[&](BOOL) { return !utRegWritePrivateUserBinary("sec", "v", "a", 2, "prod"); }, {3, "a\0"s}},
+  };
+  // clang-format on
+  for (const auto& row : rows) {
+    if (&row < rows + 5) EXPECT_EQ(row.set(0), 2u);
+    for (const BOOL fCreate : {0x100, 0x10000}) {
+      EXPECT_EQ(row.set(fCreate), 0u);
+      char buffer[8];
+      DWORD type = 0, size = sizeof buffer;
+      EXPECT_EQ(utRegGetPrivateUserBinary("sec", "v", &type, buffer, &size, "prod"), 0u);
+      EXPECT_EQ(Value(type, std::string(buffer, size)), row.stored);
+      const bool isText = fCreate == 0x100;
+      EXPECT_EQ(isText ? utRegWritePrivateUserString("sec", "v", nullptr, "prod")
+                       : utRegWritePrivateUserBinary("sec", "v", nullptr, 9, "prod"),
+                1);
+      EXPECT_EQ(utRegDeletePrivateUserKey("sec", "prod"), 0u);
+    }
+  }
 }
 
 TEST(PrivateSettings, StandBelowTheRootProductBeforeSection) {
@@ -216,7 +236,7 @@ TEST(PrivateSettings, StandBelowTheRootProductBeforeSection) {
 // Every setting call with the given parts of the path, and `plan` in front of each; returns the
 // results and what the calls left in the caller's variables.
 std::vector<DWORD> CallAll(
-    const char* section, const char* product, const std::function<void()>& plan = [] {}) {
+    const char* s, const char* p, const std::function<void()>& plan = [] {}) {
   DWORD type = 111, size = 0;
   char buffer[4] = "???";
   HKEY key = nullptr;
@@ -226,22 +246,22 @@ std::vector<DWORD> CallAll(
     plan();
   };
   plan();
-  add(utRegWritePrivateUserString(section, "v", "text", product));
-  add(utRegWritePrivateUserBinary(section, "v", "by", 2, product));
-  add(utRegWritePrivateUserBool(section, "v", 9, product));
-  add(utRegWritePrivateUserDword(section, "v", 5, product));
-  add(utRegVerifyPrivateUserKey(section, product));
-  add(utRegVerifyPrivateUserValue(section, "v", product, &type));
-  add(utRegGetPrivateUserString(section, "v", "d", buffer, 4, product));
-  add(utRegGetPrivateUserDword(section, "v", 77, product));
-  add(utRegGetPrivateUserBool(section, "v", 55, product));
-  add(utRegGetPrivateUserBinary(section, "v", nullptr, nullptr, &size, product));
-  add(utRegOpenPrivateUserKey(section, product, KEY_READ, &key));
+  add(utRegWritePrivateUserString(s, "v", "text", p));
+  add(utRegWritePrivateUserBinary(s, "v", "by", 2, p));
+  add(utRegWritePrivateUserBool(s, "v", 9, p));
+  add(utRegWritePrivateUserDword(s, "v", 5, p));
+  add(utRegVerifyPrivateUserKey(s, p));
+  add(utRegVerifyPrivateUserValue(s, "v", p, &type));
+  add(utRegGetPrivateUserString(s, "v", "d", buffer, 4, p));
+  add(utRegGetPrivateUserDword(s, "v", 77, p));
+  add(utRegGetPrivateUserBool(s, "v", 55, p));
+  add(utRegGetPrivateUserBinary(s, "v", nullptr, nullptr, &size, p));
+  add(utRegOpenPrivateUserKey(s, p, KEY_READ, &key));
   if (key != nullptr) RegCloseKey(key);
-  add(utRegDeletePrivateUserValue(section, "v", product));
-  add(utRegWritePrivateUserString(section, "v", nullptr, product));
-  add(utRegWritePrivateUserBinary(section, "v", nullptr, 9, product));
-  add(utRegDeletePrivateUserKey(section, product));
+  add(utRegDeletePrivateUserValue(s, "v", p));
+  add(utRegWritePrivateUserString(s, "v", nullptr, p));
+  add(utRegWritePrivateUserBinary(s, "v", nullptr, 9, p));
+  add(utRegDeletePrivateUserKey(s, p));
   for (const DWORD left : {type, size, static_cast<DWORD>(buffer[0])}) add(left);
   return results;
 }
@@ -252,7 +272,7 @@ TEST(PrivateSettings, ReachNothingWithAPathThatDoesNotFit) {
   const std::string part(120, 'x'), longer(121, 'y');
   EXPECT_THAT(CallAll("sec", "prod"), fits);
   EXPECT_THAT(CallAll(part.c_str(), part.c_str()), fits);
-  const auto calls = Calls({}, [&] {
+  const auto calls = Calls([&] {
     EXPECT_THAT(CallAll(longer.c_str(), part.c_str()), doesNot);
     EXPECT_THAT(CallAll(part.c_str(), longer.c_str()), doesNot);
     EXPECT_THAT(CallAll(std::string(5000, 'z').c_str(), nullptr), doesNot);
@@ -279,67 +299,6 @@ TEST(PrivateSettings, CloseEveryKeyAndKeepTheDefaultsWhenThePlatformFails) {
     const auto plan = [&] { host::FailCall(1, row.code, row.operation); };
     EXPECT_EQ(CallAll("sec", "prod", plan), row.results);
     EXPECT_EQ(host::LivingKeyHandles(), 0u);
-  }
-  host::Reset();
-  const unsigned failures = test::ForEachFailure(5, [] {
-    CallAll("sec", "prod");
-    EXPECT_EQ(host::LivingKeyHandles(), 0u);
-  });
-  EXPECT_GT(failures, 50u);
-}
-
-TEST(PrivateSettings, BehaveAsAMapOverARandomLife) {
-  using Value = std::pair<DWORD, std::string>;
-  const std::vector<const char*> sections = {nullptr, "", "s", "S", "s\\t", "u"};
-  const std::vector<const char*> products = {nullptr, "", "p", "P", "q\\r"};
-  const std::vector<const char*> names = {nullptr, "", "v", "V", "w\\x"};
-  const std::vector<std::string> texts = {"", "on", "0", "five", "longer than eight"};
-  test::Random random(5);
-  std::map<std::string, Value> model;
-  for (int step = 0; step < 3000; ++step) {
-    const char* section = random.Of(sections);
-    const char* product = random.Of(products);
-    const char* name = random.Of(names);
-    const auto text = random.Of(texts);
-    // Upper case, and an empty part counts for nothing.
-    std::string place;
-    for (const char* part : {product, section}) {
-      if (part != nullptr && *part != 0) place += host::FoldName(part) + '\\';
-    }
-    place += '=' + host::FoldName(name == nullptr ? "" : name);
-    const bool isThere = model.contains(place);
-    SCOPED_TRACE(std::to_string(step) + ": " + place);
-
-    const auto kind = random.Below(8);
-    if (kind == 0) {
-      EXPECT_EQ(utRegWritePrivateUserString(section, name, text.c_str(), product), 1);
-      model[place] = {REG_SZ, text + '\0'};
-    } else if (kind == 1) {
-      EXPECT_EQ(utRegWritePrivateUserDword(section, name, 0x12345678, product), 1);
-      model[place] = {REG_DWORD, "\x78\x56\x34\x12"};
-    } else if (kind == 2) {
-      EXPECT_EQ(utRegWritePrivateUserBool(section, name, step % 3 << 8, product), 1);
-      model[place] = {REG_BINARY, std::string(1, step % 3 != 0)};
-    } else if (kind == 3) {
-      EXPECT_EQ(utRegWritePrivateUserBinary(section, name, text.data(), text.size(), product), 1);
-      model[place] = {REG_BINARY, text};
-    } else if (kind == 4) {
-      EXPECT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), isThere);
-      model.erase(place);
-    } else {
-      const auto value = isThere ? model[place] : Value();
-      char buffer[32];
-      DWORD type = 99, size = sizeof buffer;
-      const DWORD code = utRegGetPrivateUserBinary(section, name, &type, buffer, &size, product);
-      EXPECT_EQ(code, isThere ? 0u : 2u);
-      if (isThere) EXPECT_EQ(Value(type, std::string(buffer, size)), value);
-      EXPECT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), isThere);
-      EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product),
-                value.first == REG_DWORD ? 0x12345678u : 9u);
-      const DWORD length = utRegGetPrivateUserString(section, name, "none", buffer, 8, product);
-      const bool isRead = value.first == REG_SZ && value.second.size() <= 8;
-      EXPECT_EQ(std::string(buffer, length + 1), isRead ? value.second : "none\0"s);
-    }
   }
 }
 
