@@ -10,7 +10,8 @@
  *              addresses.
  *   Sizes      `cb` counts bytes in both forms, `cch` counts characters, `c` counts things.
  *   Failures   The result alone reports a failure; no last-error value is set.
- *   Buffers    belong to the caller; nothing refers to them after a call.
+ *   Buffers    belong to the caller; nothing refers to them after a call, but an XBuf to the one
+ *              that it holds.
  *   Threads    No lock and no shared data: calls on different data may run at the same time.
  */
 #ifndef TAVKIT_H
