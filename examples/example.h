@@ -12,6 +12,10 @@ namespace example {
 // Connects the exports with the DLL that the program's argument names, or with the release, and
 // runs the body. The result is for main.
 inline int Run(int argc, char** argv, void (*body)()) {
+  if (argc > 2) {
+    std::fprintf(stderr, "usage: %s [PATH OF TAVKIT.DLL]\n", argv[0]);
+    return 2;
+  }
   try {
     const auto module = host::ConnectTavkit(argc > 1 ? argv[1] : "dist/bin/TAVKIT.DLL");
     body();

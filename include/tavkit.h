@@ -16,6 +16,8 @@
  *                refused, result 0        lists, built names, server names, XBuf, NETRESOURCE, paths
  *                the default stored       registry texts, with the platform's code where one is given
  *              What UT_SIZE_UNCHECKED does stands at each operation that takes a size.
+ *   Buffers    belong to the caller; nothing refers to them after a call, but an XBuf to the one
+ *              that it holds.
  *   Threads    No lock and no shared data: calls on different data may run at the same time.
  */
 #ifndef TAVKIT_H

@@ -36,7 +36,8 @@
  *
  * @param pResource the record; NULL gives 0.
  * @param dwMask    the fields to take.
- * @return the bytes of the fixed record (32) and of the strings.
+ * @return the bytes of the fixed record (32) and of the strings; 0xFFFFFFFF as for
+ *         utVarSizeNETRESOURCE.
  */
 UT_EXPORT(200) DWORD UT_API utSizeNETRESOURCE(const NETRESOURCEA* pResource, DWORD dwMask);
 /** Wide form of utSizeNETRESOURCE: two bytes for each character and terminator. */
@@ -47,9 +48,9 @@ UT_EXPORT(204) DWORD UT_API utSizeNETRESOURCEW(const NETRESOURCEW* pResource, DW
  *
  * @param pResource the record; NULL gives 0.
  * @param dwMask    the fields to take.
- * @return the bytes of the strings with their terminators; 0 if none is taken. Should one huge
- * string stand in several fields so that the sum passes 32 bits, 0xFFFFFFFF: no buffer is that
- * large.
+ * @return the bytes of the strings with their terminators; 0 if none is taken. 0xFFFFFFFF if one
+ *         huge string stands in several fields, so that the sum passes 32 bits; the copies refuse
+ *         that size.
  */
 UT_EXPORT(201) DWORD UT_API utVarSizeNETRESOURCE(const NETRESOURCEA* pResource, DWORD dwMask);
 /** Wide form of utVarSizeNETRESOURCE: two bytes for each character and terminator. */
@@ -63,7 +64,8 @@ UT_EXPORT(205) DWORD UT_API utVarSizeNETRESOURCEW(const NETRESOURCEW* pResource,
  * @param cbBuffer  its true size in bytes, since the strings are placed from the end that it gives.
  *                  UT_SIZE_UNCHECKED must not be passed.
  * @param dwMask    the fields to take.
- * @param pcbNeeded receives the size needed, on success and on failure; may be NULL.
+ * @param pcbNeeded receives the size needed (0 where pResource is NULL), on success and on failure;
+ *                  may be NULL.
  * @return 1 on success. 0 if the buffer is too small, or if there is no memory for one small
  *         allocation that lives as long as the call; nothing of the buffer was then written.
  */
@@ -82,7 +84,8 @@ BOOL UT_API utCopyNETRESOURCEW(const NETRESOURCEW* pResource, LPVOID pBuffer, DW
  * @param pResource the record; NULL gives 0.
  * @param hXBuf     the target; an invalid handle gives 0.
  * @param dwMask    the fields to take.
- * @param pcbNeeded receives the size needed, on success and on failure; may be NULL.
+ * @param pcbNeeded receives the size needed (0 where pResource is NULL), on success and on failure;
+ *                  may be NULL.
  * @return 1 on success. 0 if the free block is too small; the XBuf and its buffer are then as
  * before.
  */

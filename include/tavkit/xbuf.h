@@ -13,9 +13,9 @@
  *   utXBufCopyStringTo(hXBuf, UT_XBUF_BACK, "text", &pszText);       bytes 95 to 99
  *   utXBufDestroy(hXBuf);
  *
- * A handle belongs to the caller, who destroys it. Any handle may be passed that is NULL or the
- * address of 32 readable bits; one that is no living XBuf is refused. Calls on one handle must not
- * overlap, not even those that only read.
+ * A handle belongs to the caller, who destroys it and doesn't use it again. NULL is refused, and so
+ * is the address of 32 readable bits that aren't UT_XBUF_SIGNATURE; nothing else is checked. Calls
+ * on one handle must not overlap, not even those that only read.
  */
 #ifndef TAVKIT_XBUF_H
 #define TAVKIT_XBUF_H
@@ -42,7 +42,8 @@ typedef struct HXBUF__* HXBUF;
  * Creates an XBuf and gives it a buffer, as utXBufUseBuffer does.
  *
  * @param cbBuffer size of the buffer in bytes; 0 creates an XBuf without one.
- * @param pBuffer  the caller's buffer, or NULL to have one allocated, filled with zeros.
+ * @param pBuffer  the caller's buffer, to stay in place as long as the XBuf holds it, or NULL to
+ *                 have one allocated, filled with zeros.
  * @return the handle; NULL only if there is no memory for the XBuf itself. If there is none for the
  *         buffer, the XBuf has no buffer: UT_XBUF_BLOCK_BUFFER gives NULL.
  */
@@ -61,8 +62,9 @@ UT_EXPORT(61) void UT_API utXBufDestroy(HXBUF hXBuf);
  * @param hXBuf    the handle.
  * @param cbBuffer size of the new buffer in bytes; 0 leaves the XBuf without one. UT_SIZE_UNCHECKED
  *                 has no meaning here: the back is found by the true size.
- * @param pBuffer  the caller's buffer, whose bytes stay as they are, or NULL to have one allocated,
- *                 filled with zeros and owned by the XBuf. Not the buffer that the XBuf owns now.
+ * @param pBuffer  the caller's buffer, whose bytes stay as they are and which has to stay in place
+ *                 as long as the XBuf holds it, or NULL to have one allocated, filled with zeros
+ *                 and owned by the XBuf. Not the buffer that the XBuf owns now.
  * @return 1 if the XBuf now holds a buffer. 0 for an invalid handle, or with the XBuf left without
  * a buffer: the earlier one is gone in any case.
  */

@@ -1,5 +1,5 @@
 // Blocks of memory. A freed block keeps its bytes and its address until Reset(): a second free is
-// told from the free of another block, and a test may look at what a block held when it was freed.
+// told from the free of another block, a write into it shows, and a test may look at what it held.
 #include "heap.h"
 
 #include <cstdlib>
@@ -12,15 +12,21 @@
 namespace host {
 namespace {
 
+struct Block {
+  std::size_t size;
+  bool lives = true;
+  std::string whenFreed = {};  // the bytes that it held then
+};
+
 struct Heap {
   std::mutex mutex;
-  std::map<void*, bool> blocks;  // whether each one lives
+  std::map<void*, Block> blocks;
   std::size_t living = 0;
   std::string error;
 
   void Release() {
     const std::lock_guard lock(mutex);
-    for (const auto& [block, lives] : blocks) std::free(block);
+    for (const auto& [address, block] : blocks) std::free(address);
     blocks.clear();
     living = 0;
     error.clear();
@@ -46,7 +52,12 @@ std::size_t LivingBlocks() {
 
 std::string HeapError() {
   const std::lock_guard lock(heap.mutex);
-  return heap.error;
+  if (!heap.error.empty()) return heap.error;
+  for (const auto& [address, block] : heap.blocks) {
+    if (block.lives || std::memcmp(address, block.whenFreed.data(), block.size) == 0) continue;
+    return "block written after it was freed";
+  }
+  return {};
 }
 
 }  // namespace host
@@ -59,7 +70,7 @@ HANDLE UT_API LocalAlloc(UINT uFlags, DWORD cbBlock) {
   if (block == nullptr) return nullptr;
   std::memset(block, uFlags & LMEM_ZEROINIT ? 0 : host::kUninitialised, cbBlock);
   const std::lock_guard lock(heap.mutex);
-  heap.blocks[block] = true;
+  heap.blocks[block] = {cbBlock};
   ++heap.living;
   return block;
 }
@@ -69,12 +80,14 @@ HANDLE UT_API LocalFree(HANDLE hBlock) {
   if (hBlock == nullptr) return nullptr;
   const std::lock_guard lock(heap.mutex);
   const auto found = heap.blocks.find(hBlock);
-  if (found == heap.blocks.end() || !found->second) {
+  if (found == heap.blocks.end() || !found->second.lives) {
     const bool known = found != heap.blocks.end();
     if (heap.error.empty()) heap.error = known ? "block freed twice" : "free of no allocated block";
     return hBlock;
   }
-  found->second = false;
+  auto& [size, lives, whenFreed] = found->second;
+  whenFreed.assign(static_cast<const char*>(hBlock), size);
+  lives = false;
   --heap.living;
   return nullptr;
 }

@@ -1,4 +1,4 @@
-// The blocks of LocalAlloc, for tests: how many live, and whether LocalFree was misused.
+// The blocks of LocalAlloc, for tests: how many live, and whether they were misused.
 #ifndef PLATFORM_HOST_HEAP_H
 #define PLATFORM_HOST_HEAP_H
 
@@ -10,7 +10,8 @@ namespace host {
 // Blocks that were allocated and not freed.
 std::size_t LivingBlocks();
 
-// What the first wrong free since the last Reset() was; empty if there was none.
+// What the first wrong free since the last Reset() was, or else whether a freed block was written;
+// empty if there was neither.
 std::string HeapError();
 
 }  // namespace host

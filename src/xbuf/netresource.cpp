@@ -51,12 +51,13 @@ Record<Form> TakeFields(const Record<Form>* pResource, DWORD dwMask) {
 }
 
 // One string may stand in several fields, so a sum can pass 32 bits although no address space holds
-// as many bytes. It then stays at the top: a size that no buffer has, where a wrapped one could
-// fit.
+// as many bytes. It then stays at the top and marks what fits nowhere; a wrapped one could fit.
 DWORD AddSizes(DWORD cbFirst, DWORD cbSecond) {
   const DWORD cbTop = ~DWORD{0};
   return cbSecond > cbTop - cbFirst ? cbTop : cbFirst + cbSecond;
 }
+
+bool IsSize(DWORD cb) { return cb != 0 && cb != ~DWORD{0}; }  // neither no record nor that mark
 
 template <class Form>
 DWORD VarSize(const Record<Form>* pResource, DWORD dwMask) {
@@ -107,7 +108,7 @@ void utFlattenNETRESOURCEW(const NETRESOURCEW* pResource, HXBUF hXBuf, DWORD dwM
 template <class Form>
 bool CopyToBuffer(const Record<Form>* pResource, LPVOID pBuffer, DWORD cbBuffer, DWORD dwMask,
                   DWORD cbNeeded) {
-  if (cbNeeded > cbBuffer || pBuffer == nullptr || cbNeeded == 0) return false;
+  if (cbNeeded > cbBuffer || pBuffer == nullptr || !IsSize(cbNeeded)) return false;
   const HXBUF hXBuf = utXBufCreate(cbBuffer, pBuffer);
   if (hXBuf == nullptr) return false;
   Form::Flatten(pResource, hXBuf, dwMask);
@@ -117,7 +118,7 @@ bool CopyToBuffer(const Record<Form>* pResource, LPVOID pBuffer, DWORD cbBuffer,
 
 template <class Form>
 bool CopyToXBuf(const Record<Form>* pResource, HXBUF hXBuf, DWORD dwMask, DWORD cbNeeded) {
-  if (utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FREE) < cbNeeded || cbNeeded == 0) return false;
+  if (utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FREE) < cbNeeded || !IsSize(cbNeeded)) return false;
   Form::Flatten(pResource, hXBuf, dwMask);
   return true;
 }

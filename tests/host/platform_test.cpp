@@ -110,6 +110,8 @@ TEST_F(Platform, KeepsAccountOfMemory) {
   LocalFree(nullptr);
   EXPECT_EQ(host::LivingBlocks(), 1u);
   EXPECT_EQ(host::HeapError(), "");
+  zero[63] = 1;
+  EXPECT_EQ(host::HeapError(), "block written after it was freed");
   EXPECT_EQ(LocalFree(zero), zero);
   EXPECT_EQ(host::HeapError(), "block freed twice");
   host::Reset();

@@ -1,194 +1,137 @@
 // NETRESOURCE records beside a byte-exact model of the flattened block.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <host.h>
 #include <tavkit.h>
 
 #include <array>
-#include <memory>
-#include <optional>
+#include <deque>
 
 #include "support/forms.h"
 #include "support/guarded.h"
+#include "support/journal.h"
 #include "support/random.h"
 
 namespace {
 
 using test::GuardedBuffer;
+using test::Line;
 using Bytes = std::vector<unsigned char>;
-
-std::uintptr_t Address(const void* p) { return reinterpret_cast<std::uintptr_t>(p); }
+using Fields = std::array<std::uintptr_t, 8>;
 
 // A source record, its strings each in front of an inaccessible page. What the mask leaves out has
 // an address that can't be read, and half of the sources stand at odd addresses.
 template <class Form>
 struct Source {
-  using Char = typename Form::Char;
+  using Record = std::conditional_t<Form::kIsWide, NETRESOURCEW, NETRESOURCEA>;
 
-  DWORD mask;
-  std::array<std::uintptr_t, 8> expected = {};  // the copy, but for the addresses of its strings
-  std::array<Bytes, 4> strings;                 // no bytes, not even a terminator: none is taken
-  std::vector<std::unique_ptr<GuardedBuffer>> memory;
-  std::conditional_t<Form::kIsWide, const NETRESOURCEW*, const NETRESOURCEA*> record;
+  Fields taken = {};             // the copy, but for the addresses of its strings
+  std::array<Bytes, 4> strings;  // no bytes, not even a terminator: none is taken
+  std::deque<GuardedBuffer> memory;
+  std::vector<Bytes> placed;  // what the memory holds, before and after
+  const Record* record;
   DWORD needed = 32;
 
-  Source(test::Random& random, DWORD dwMask) : mask(dwMask) {
+  Source(test::Random& random, DWORD mask) {
     const std::size_t odd = random.Below(2);
     const auto place = [&](const Bytes& bytes) {
-      memory.push_back(std::make_unique<GuardedBuffer>(bytes.size() + odd));
-      memory.back()->Set(bytes);
-      return memory.back()->data();
+      auto& buffer = memory.emplace_back(bytes.size() + odd);
+      buffer.Set(bytes);
+      placed.push_back(buffer.Bytes());
+      return buffer.data();
     };
-    std::array<std::uintptr_t, 8> fields;
+    Fields fields;
     for (int i = 0; i < 4; ++i) {
       fields[i] = 0x12345678u + random.Below(1u << 30);
-      if (mask & UT_NR_SCOPE << i) expected[i] = fields[i];
+      if (mask & UT_NR_SCOPE << i) taken[i] = fields[i];
       fields[4 + i] = random.Below(2);
       if (!(mask & UT_NR_LOCALNAME << i)) continue;
       fields[4 + i] = 0;
       if (random.Below(4) == 0) continue;
-      const std::vector<Char> letters = {'a', '\\', 0x7F};
+      const std::vector<typename Form::Char> letters = {'a', '\\', 0x7F};
       strings[i] = test::BytesOf(random.Text(letters, 9 * random.Below(2)));
-      fields[4 + i] = Address(place(strings[i]));
+      fields[4 + i] = reinterpret_cast<std::uintptr_t>(place(strings[i]));
       needed += strings[i].size();
     }
     const auto* start = reinterpret_cast<const unsigned char*>(fields.data());
-    record = reinterpret_cast<decltype(record)>(place({start, start + sizeof fields}));
+    record = reinterpret_cast<const Record*>(place({start, start + sizeof fields}));
   }
-};
+  ~Source() {
+    for (std::size_t i = 0; i < memory.size(); ++i) EXPECT_EQ(memory[i].Bytes(), placed[i]);
+  }
 
-// What a buffer has to hold, and how much of it is taken at either end.
-struct Block {
-  unsigned char* address;
-  Bytes bytes;
-  DWORD front = 0, back = 0;
-
-  explicit Block(GuardedBuffer& buffer) : address(buffer.data()), bytes(buffer.Bytes()) {}
-
-  DWORD Free() const { return static_cast<DWORD>(bytes.size()) - front - back; }
-  template <class Form>
-  void Add(const Source<Form>& source) {
-    auto fields = source.expected;
+  // What a block holds with the copy in it, between so many bytes in use at either end.
+  Bytes Flattened(GuardedBuffer& buffer, std::size_t front, std::size_t back) const {
+    Bytes block = buffer.Bytes();
+    Fields fields = taken;
+    auto at = block.size() - back;
     for (int i = 0; i < 4; ++i) {
-      if (source.strings[i].empty()) continue;
-      back += source.strings[i].size();
-      const auto at = bytes.size() - back;
-      std::copy(source.strings[i].begin(), source.strings[i].end(), bytes.begin() + at);
-      fields[4 + i] = Address(address + at);
+      at -= strings[i].size();
+      std::copy(strings[i].begin(), strings[i].end(), block.begin() + at);
+      if (!strings[i].empty()) fields[4 + i] = reinterpret_cast<std::uintptr_t>(buffer.data() + at);
     }
-    std::memcpy(&bytes[front], fields.data(), sizeof fields);
-    front += sizeof fields;
+    std::memcpy(&block[front], fields.data(), sizeof fields);
+    return block;
   }
 };
 
-template <class Form>
-struct NetResourceTest : testing::Test {
-  static constexpr auto* CopyXBuffer = [] {
-    if constexpr (Form::kIsWide) return &utCopyNETRESOURCEW_XBuffer;
-    if constexpr (!Form::kIsWide) return &utCopyNETRESOURCE_XBuffer;
-  }();
-};
+template <class>
+struct NetResourceTest : testing::Test {};
 TYPED_TEST_SUITE(NetResourceTest, test::Forms, test::FormNames);
 
-TYPED_TEST(NetResourceTest, FlattenSinglyUnderEveryMask) {
+TYPED_TEST(NetResourceTest, FlattenIntoBuffersAndXBufs) {
+  constexpr auto copyXBuffer = [] {
+    if constexpr (TypeParam::kIsWide) return &utCopyNETRESOURCEW_XBuffer;
+    if constexpr (!TypeParam::kIsWide) return &utCopyNETRESOURCE_XBuffer;
+  }();
   test::Random random(4);
   for (DWORD i = 0; i < 4 * 256 && !this->HasFailure(); ++i) {
     const DWORD mask = i % 256 | (i % 3 == 0 ? 0xABCDE100u : 0);  // higher bits have no effect
     const Source<TypeParam> source(random, mask);
-    const DWORD needed = source.needed;
+    const auto* record = random.Below(16) != 0 ? source.record : nullptr;
+    const DWORD strings = record ? source.needed - 32 : 0, needed = record ? source.needed : 0;
     SCOPED_TRACE(testing::Message() << "mask " << mask << ", round " << i);
-    EXPECT_EQ(TypeParam::VarSizeNETRESOURCE(source.record, mask), needed - 32);
-    EXPECT_EQ(TypeParam::SizeNETRESOURCE(source.record, mask), needed);
-    for (const DWORD size : {0u, needed - 1, needed, needed + 1 + random.Below(20)}) {
-      GuardedBuffer buffer(size);
-      Block block(buffer);
-      void* target = random.Below(8) != 0 ? buffer.data() : nullptr;
-      const bool memory = random.Below(8) != 0;
-      const bool copied = size >= needed && target && memory;
-      if (copied) block.Add(source);
-      DWORD stored = 0;
+    EXPECT_EQ(TypeParam::VarSizeNETRESOURCE(record, mask), strings);
+    EXPECT_EQ(TypeParam::SizeNETRESOURCE(record, mask), needed);
+    const DWORD exact = source.needed;
+    for (const DWORD size : {0u, exact - 1, exact, exact + 1 + random.Below(20)}) {
+      const bool isXBuf = random.Below(2), isThere = random.Below(8), isMemory = random.Below(4);
+      const DWORD front = isXBuf * random.Below(4), back = isXBuf * random.Below(4);
+      GuardedBuffer buffer(front + size + back);
+      const HXBUF hXBuf = isXBuf ? utXBufCreate(buffer.size(), buffer.data()) : nullptr;
+      utXBufSetSpaceUsed(hXBuf, front, back);
+      const bool fits = record && isThere && size >= needed;
+      const bool copied = fits && (isXBuf || isMemory);  // an XBuf needs no memory
+      const Bytes block = copied ? source.Flattened(buffer, front, back) : buffer.Bytes();
+      DWORD stored = 7;
       DWORD* pcbNeeded = random.Below(4) != 0 ? &stored : nullptr;
-      host::FailCall(memory ? 0 : 1, 0, "LocalAlloc");
-      EXPECT_EQ(TypeParam::CopyNETRESOURCE(source.record, target, size, mask, pcbNeeded), copied);
-      EXPECT_EQ(host::FailureCame(), size >= needed && target && !memory);
-      EXPECT_EQ(stored, pcbNeeded ? needed : 0);
-      EXPECT_EQ(buffer.Bytes(), block.bytes);
+      host::FailCall(isMemory ? 0 : 1, 0, "LocalAlloc");
+      EXPECT_EQ(isXBuf ? copyXBuffer(record, isThere ? hXBuf : nullptr, mask, pcbNeeded)
+                       : TypeParam::CopyNETRESOURCE(record, isThere ? buffer.data() : nullptr, size,
+                                                    mask, pcbNeeded),
+                copied);
+      EXPECT_EQ(host::FailureCame(), fits && !copied);
+      host::FailCall(0);
+      EXPECT_EQ(stored, pcbNeeded ? needed : 7);
+      EXPECT_EQ(buffer.Bytes(), block);
+      if (!isXBuf) continue;
+      EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FRONT), front + 32 * copied);
+      EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_BACK), back + strings * copied);
+      utXBufDestroy(hXBuf);
     }
   }
 }
 
-TYPED_TEST(NetResourceTest, FlattenManyIntoOneXBuf) {
-  test::Random random(5);
-  for (int round = 0; round < 150 && !this->HasFailure(); ++round) {
-    GuardedBuffer buffer(32 + random.Below(300));
-    Block block(buffer);
-    const HXBUF hXBuf = utXBufCreate(buffer.size(), buffer.data());
-    block.front = random.Below(4);  // so records begin at odd addresses too
-    for (bool fits = true; fits;) {
-      const Source<TypeParam> source(random, random.Below(3) ? random.Below(256) : UT_NR_ALL);
-      const DWORD spare = random.Below(8);  // 0: a byte less than needed, 1: just what is needed
-      if (spare < 2 && block.Free() >= source.needed) {
-        block.back += block.Free() - source.needed + 1 - spare;
-      }
-      utXBufSetSpaceUsed(hXBuf, block.front, block.back);
-      fits = block.Free() >= source.needed;
-      if (fits) block.Add(source);
-      DWORD stored = 0;
-      DWORD* pcbNeeded = random.Below(4) != 0 ? &stored : nullptr;
-      host::FailCall(1, 0, "LocalAlloc");  // nothing is allocated
-      EXPECT_EQ(TestFixture::CopyXBuffer(source.record, hXBuf, source.mask, pcbNeeded), fits);
-      EXPECT_FALSE(host::FailureCame());
-      EXPECT_EQ(stored, pcbNeeded ? source.needed : 0);
-      EXPECT_EQ(buffer.Bytes(), block.bytes);
-      EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FRONT), block.front);
-      EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_BACK), block.back);
-    }
-    host::FailCall(0);
-    utXBufDestroy(hXBuf);
-  }
-}
-
-TYPED_TEST(NetResourceTest, RefuseAnInvalidHandleAndNoRecord) {
-  test::Random random(6);
-  GuardedBuffer buffer(64);
-  const HXBUF hXBuf = utXBufCreate(64, buffer.data());
-  const Source<TypeParam> source(random, UT_NR_ALL);
-  DWORD stored[] = {7, 7, 7};
-  EXPECT_EQ(TestFixture::CopyXBuffer(source.record, nullptr, UT_NR_ALL, &stored[0]), 0);
-  EXPECT_EQ(TestFixture::CopyXBuffer(nullptr, hXBuf, UT_NR_ALL, &stored[1]), 0);
-  EXPECT_EQ(TypeParam::CopyNETRESOURCE(nullptr, buffer.data(), 64, UT_NR_ALL, &stored[2]), 0);
-  EXPECT_THAT(stored, testing::ElementsAre(source.needed, 0u, 0u));
-  EXPECT_EQ(TypeParam::SizeNETRESOURCE(nullptr, UT_NR_ALL), 0u);
-  EXPECT_EQ(TypeParam::VarSizeNETRESOURCE(nullptr, UT_NR_ALL), 0u);
-  EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), 0u);
-  EXPECT_TRUE(buffer.IsUntouched());
-  utXBufDestroy(hXBuf);
-}
-
-TEST(NetResource, LiesInTheBufferByteForByte) {
+TEST(NetResource, ReadsEachStringTwiceAndAllocatesOnce) {
   char local[] = "L:", remote[] = "share", provider[] = "p";
   const NETRESOURCEA source = {1, 2, 3, 4, local, remote, nullptr, provider};
-  GuardedBuffer buffer(100);
-  const char* at = buffer.As<char>();
-  DWORD needed = 0;
+  char block[43];
   host::StartJournal();
-  ASSERT_EQ(utCopyNETRESOURCE(&source, buffer.data(), 100, UT_NR_ALL, &needed), 1);
+  ASSERT_EQ(utCopyNETRESOURCE(&source, block, sizeof block, UT_NR_ALL, nullptr), 1);
   const auto journal = host::TakeJournal();
-  EXPECT_EQ(needed, 43u);
-  const std::uintptr_t record[] = {
-      1, 2, 3, 4, Address(at + 97), Address(at + 91), 0, Address(at + 89)};
-  EXPECT_EQ(std::memcmp(at, record, sizeof record), 0);
-  const std::string spare(57, static_cast<char>(test::kPattern));
-  EXPECT_EQ(std::string(at + 32, 68), spare + std::string("p\0share\0L:", 11));
-
-  // Each string is read for its size and for its copy, and one object is allocated.
-  std::vector<host::Call> expected;
-  for (const char* psz : {local, remote, provider})
-    expected.push_back({"lstrlenA", {Address(psz)}});
-  expected.push_back({"LocalAlloc", {0x40, 32}});
-  for (int i = 0; i < 3; ++i) expected.push_back(expected[i]);
-  expected.push_back({"LocalFree", journal.back().arguments});
-  EXPECT_EQ(journal, expected);
+  EXPECT_EQ(std::string(block + 32, 11), std::string("p\0share\0L:", 11));
+  const auto read = Line("lstrlenA", local) + Line("lstrlenA", remote) + Line("lstrlenA", provider);
+  EXPECT_EQ(test::Text(journal), read + Line("LocalAlloc", 0x40, 32) + read +
+                                     Line("LocalFree", journal.back().arguments.at(0)));
 }
 
 }  // namespace

@@ -1,22 +1,20 @@
 // XBuf beside a model that is checked after every step.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <host.h>
 #include <tavkit.h>
 #include <win32.h>
 
-#include <array>
-
 #include "support/forms.h"
 #include "support/guarded.h"
+#include "support/journal.h"
 #include "support/random.h"
 
 namespace {
 
 using test::CallWithWords;
 using test::GuardedBuffer;
-using Fields = std::array<std::uintptr_t, 8>;
-
-std::uintptr_t Address(const void* p) { return reinterpret_cast<std::uintptr_t>(p); }
+using test::Line;
 
 // What an XBuf has to be, from nothing but its buffer and what is in use; and its buffer's bytes.
 struct Model {
@@ -33,8 +31,8 @@ struct Model {
     return pBuffer + (side == UT_XBUF_FRONT ? cbFront - cb : cbBuffer - cbBack);
   }
   void Check(HXBUF hXBuf) const {
-    BYTE* pFree = Free() ? pBuffer + cbFront : nullptr;
-    BYTE* pBack = cbBack ? pBuffer + cbBuffer - cbBack : nullptr;
+    BYTE* const pFree = Free() ? pBuffer + cbFront : nullptr;
+    BYTE* const pBack = cbBack ? pBuffer + cbBuffer - cbBack : nullptr;
     const BYTE* blocks[] = {pBuffer, cbFront ? pBuffer : nullptr, pBack, pFree, nullptr};
     const DWORD sizes[] = {cbBuffer, cbFront, cbBack, Free(), 0};
     for (DWORD i = 0; i < 5; ++i) {
@@ -43,10 +41,9 @@ struct Model {
       EXPECT_EQ(CallWithWords(utXBufGetBlockSize, hXBuf, 0x00010000u | i), sizes[i]);
     }
     EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), cbFront + cbBack);
-    Fields fields;
-    std::memcpy(fields.data(), hXBuf, sizeof fields);
-    EXPECT_EQ(fields, (Fields{UT_XBUF_SIGNATURE, Address(pBuffer), cbBuffer, Address(pFree), Free(),
-                              cbFront, cbBack, owns}));
+    const DWORD fields[] = {UT_XBUF_SIGNATURE, (DWORD)pBuffer, cbBuffer, (DWORD)pFree, Free(),
+                            cbFront,           cbBack,         owns};
+    EXPECT_EQ(std::memcmp(hXBuf, fields, sizeof fields), 0);
     EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), pBuffer));
   }
 };
@@ -73,24 +70,20 @@ class XBufWalk {
 
  private:
   DWORD AnySize() {
-    const DWORD sizes[] = {0, 1, random_.Below(24), model_.Free(), model_.Free() + 1, 0xFFFFFFF0u};
-    return sizes[random_.Below(6)];
+    return random_.Of<DWORD>({0, 1, random_.Below(24), model_.Free(), model_.Free() + 1, ~15u});
   }
   void UseBuffer() {
     const DWORD cb = random_.Below(8) == 0 ? 0 : 1 + random_.Below(70);
     BYTE* block = nullptr;
     if (random_.Below(2) != 0) own_.push_back(block = static_cast<BYTE*>(LocalAlloc(0, cb)));
-    const bool fails = block == nullptr && random_.Below(4) == 0;
-    Model next;
-    if (block != nullptr && cb != 0) next = {block, cb, 0, 0, 0, {block, block + cb}};
-    host::FailCall(fails ? 1 : 0, 0, "LocalAlloc");
-    EXPECT_EQ(utXBufUseBuffer(hXBuf_, cb, block), cb != 0 && !fails);
+    const bool isOwned = block == nullptr;
+    const bool works = cb != 0 && !(isOwned && random_.Below(4) == 0);
+    host::FailCall(works ? 0 : 1, 0, "LocalAlloc");
+    EXPECT_EQ(utXBufUseBuffer(hXBuf_, cb, block), works);
     host::FailCall(0);
-    if (block == nullptr && cb != 0 && !fails) {
-      auto* owned = static_cast<BYTE*>(utXBufGetBlock(hXBuf_, UT_XBUF_BLOCK_BUFFER));
-      next = {owned, cb, 0, 0, 1, std::vector<BYTE>(cb, 0)};
-    }
-    model_ = next;
+    if (isOwned) block = static_cast<BYTE*>(utXBufGetBlock(hXBuf_, UT_XBUF_BLOCK_BUFFER));
+    model_ = {};
+    if (works) model_ = {block, cb, 0, 0, isOwned, std::vector<BYTE>(cb, isOwned ? 0 : 0xA5)};
   }
   void SetOwner() {
     const DWORD owner = random_.Of<DWORD>({0, 1, 0x80000000u});
@@ -118,12 +111,12 @@ class XBufWalk {
     if (expected && kind != 0) std::memcpy(&model_.bytes[expected - model_.pBuffer], from, cb);
     LPVOID block = this;
     LPVOID* ppBlock = random_.Below(8) != 0 ? &block : nullptr;
-    const BOOL results = kind == 0   ? CallWithWords(utXBufReserveBlock, hXBuf_, side, cb, ppBlock)
-                         : kind == 1 ? CallWithWords(utXBufCopyTo, hXBuf_, side, from, cb, ppBlock)
-                         : kind == 2
-                             ? CallWithWords(utXBufCopyStringTo, hXBuf_, side, from, ppBlock)
-                             : CallWithWords(utXBufCopyWideStringTo, hXBuf_, side, from, ppBlock);
-    EXPECT_EQ(results, from == nullptr || cb == 0 || expected != nullptr);
+    const BOOL result = kind == 0   ? CallWithWords(utXBufReserveBlock, hXBuf_, side, cb, ppBlock)
+                        : kind == 1 ? CallWithWords(utXBufCopyTo, hXBuf_, side, from, cb, ppBlock)
+                        : kind == 2
+                            ? CallWithWords(utXBufCopyStringTo, hXBuf_, side, from, ppBlock)
+                            : CallWithWords(utXBufCopyWideStringTo, hXBuf_, side, from, ppBlock);
+    EXPECT_EQ(result, from == nullptr || cb == 0 || expected != nullptr);
     EXPECT_EQ(block, ppBlock ? expected : static_cast<LPVOID>(this));
   }
 
@@ -144,31 +137,27 @@ TEST(XBuf, AgreesWithTheModelAfterEveryStep) {
 }
 
 TEST(XBuf, AllocatesAndFreesInOrder) {
-  BYTE own[4];
   host::FailCall(1, 0, "LocalAlloc");
-  EXPECT_EQ(utXBufCreate(4, own), nullptr);
+  EXPECT_EQ(utXBufCreate(0, nullptr), nullptr);
   host::StartJournal();
   const HXBUF hXBuf = utXBufCreate(9, nullptr);
-  const auto first = Address(utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER));
-  utXBufUseBuffer(hXBuf, sizeof own, own);
+  void* const first = utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER);
   utXBufUseBuffer(hXBuf, 8, nullptr);
-  const auto second = Address(utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER));
+  void* const second = utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER);
   utXBufDestroy(hXBuf);
-  const std::vector<host::Call> expected = {
-      {"LocalAlloc", {0x40, 32}}, {"LocalAlloc", {0x40, 9}}, {"LocalFree", {first}},
-      {"LocalAlloc", {0x40, 8}},  {"LocalFree", {second}},   {"LocalFree", {Address(hXBuf)}}};
-  EXPECT_EQ(host::TakeJournal(), expected);
+  EXPECT_EQ(test::Text(host::TakeJournal()),
+            Line("LocalAlloc", 0x40, 32) + Line("LocalAlloc", 0x40, 9) + Line("LocalFree", first) +
+                Line("LocalAlloc", 0x40, 8) + Line("LocalFree", second) + Line("LocalFree", hXBuf));
 }
 
 TEST(XBuf, RefusesWhatIsNoLivingObject) {
   const HXBUF destroyed = utXBufCreate(8, nullptr);
-  utXBufDestroy(destroyed);                   // its bytes stay readable here
-  GuardedBuffer fourBytes(4), oddAddress(5);  // nothing behind the 32 bits may be read
+  utXBufDestroy(destroyed);  // its bytes stay readable here
+  GuardedBuffer odd(5);      // at an odd address, with nothing behind that may be read
   const DWORD wrong = UT_XBUF_SIGNATURE ^ 0x80000000u;
-  for (auto* buffer : {&fourBytes, &oddAddress}) std::memcpy(buffer->data(), &wrong, sizeof wrong);
+  std::memcpy(odd.data(), &wrong, sizeof wrong);
   host::StartJournal();
-  for (const HXBUF hXBuf :
-       {HXBUF{}, destroyed, fourBytes.As<HXBUF__>(), oddAddress.As<HXBUF__>()}) {
+  for (const HXBUF hXBuf : {HXBUF{}, destroyed, odd.As<HXBUF__>()}) {
     SCOPED_TRACE(hXBuf);
     utXBufDestroy(hXBuf);
     utXBufSetOwner(hXBuf, 1);
@@ -177,15 +166,17 @@ TEST(XBuf, RefusesWhatIsNoLivingObject) {
     EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), 0u);
     EXPECT_EQ(utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER), nullptr);
     EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_BUFFER), 0u);
-    for (const DWORD cb : {0u, 1u}) {
-      LPVOID block = &block;
-      EXPECT_EQ(utXBufReserveBlock(hXBuf, UT_XBUF_BACK, cb, &block), 0);
-      EXPECT_EQ(block, &block);
-      EXPECT_EQ(utXBufCopyTo(hXBuf, UT_XBUF_BACK, "a", cb, &block), cb == 0);
-      EXPECT_EQ(block, nullptr);
+    for (const bool isData : {false, true}) {
+      LPVOID blocks[] = {&odd, &odd, &odd, &odd, &odd};
+      EXPECT_EQ(utXBufReserveBlock(hXBuf, UT_XBUF_BACK, isData, &blocks[0]), 0);
+      EXPECT_EQ(utXBufCopyTo(hXBuf, UT_XBUF_BACK, "a", isData, &blocks[1]), !isData);
+      EXPECT_EQ(utXBufCopyTo(hXBuf, 2, isData ? "a" : nullptr, 1, &blocks[2]), !isData);
+      EXPECT_EQ(utXBufCopyStringTo(hXBuf, 2, isData ? "" : nullptr, &blocks[3]), !isData);
+      EXPECT_EQ(utXBufCopyWideStringTo(hXBuf, 2, isData ? u"" : nullptr, &blocks[4]), !isData);
+      EXPECT_THAT(blocks, testing::ElementsAre(&odd, nullptr, nullptr, nullptr, nullptr));
     }
   }
-  EXPECT_TRUE(host::TakeJournal().empty());
+  for (const auto& call : host::TakeJournal()) EXPECT_EQ(call.operation, "lstrlenA");
 }
 
 }  // namespace
