@@ -4,12 +4,15 @@
 #include <host.h>
 #include <registry.h>
 #include <tavkit.h>
+#include <text.h>
 
 #include <functional>
 #include <map>
 #include <string>
 
+#include "support/failures.h"
 #include "support/guarded.h"
+#include "support/random.h"
 
 namespace {
 
@@ -299,6 +302,67 @@ TEST(PrivateSettings, CloseEveryKeyAndKeepTheDefaultsWhenThePlatformFails) {
     const auto plan = [&] { host::FailCall(1, row.code, row.operation); };
     EXPECT_EQ(CallAll("sec", "prod", plan), row.results);
     EXPECT_EQ(host::LivingKeyHandles(), 0u);
+  }
+  host::Reset();
+  const unsigned failures = test::ForEachFailure(5, [] {
+    CallAll("sec", "prod");
+    EXPECT_EQ(host::LivingKeyHandles(), 0u);
+  });
+  EXPECT_GT(failures, 50u);
+}
+
+TEST(PrivateSettings, BehaveAsAMapOverARandomLife) {
+  using Stored = std::pair<DWORD, std::string>;
+  const std::vector<const char*> sections = {nullptr, "", "s", "S", "s\\t", "u"};
+  const std::vector<const char*> products = {nullptr, "", "p", "P", "q\\r"};
+  const std::vector<const char*> names = {nullptr, "", "v", "V", "w\\x"};
+  const std::vector<std::string> texts = {"", "on", "0", "five", "longer than eight"};
+  test::Random random(5);
+  std::map<std::string, Stored> model;
+  for (int step = 0; step < 3000; ++step) {
+    const char* section = random.Of(sections);
+    const char* product = random.Of(products);
+    const char* name = random.Of(names);
+    const auto text = random.Of(texts);
+    // Upper case, and an empty part counts for nothing.
+    std::string place;
+    for (const char* part : {product, section}) {
+      if (part != nullptr && *part != 0) place += host::FoldName(part) + '\\';
+    }
+    place += '=' + host::FoldName(name == nullptr ? "" : name);
+    const bool isThere = model.contains(place);
+    SCOPED_TRACE(std::to_string(step) + ": " + place);
+
+    const auto kind = random.Below(8);
+    if (kind == 0) {
+      EXPECT_EQ(utRegWritePrivateUserString(section, name, text.c_str(), product), 1);
+      model[place] = {REG_SZ, text + '\0'};
+    } else if (kind == 1) {
+      EXPECT_EQ(utRegWritePrivateUserDword(section, name, 0x12345678, product), 1);
+      model[place] = {REG_DWORD, "\x78\x56\x34\x12"};
+    } else if (kind == 2) {
+      EXPECT_EQ(utRegWritePrivateUserBool(section, name, step % 3 << 8, product), 1);
+      model[place] = {REG_BINARY, std::string(1, step % 3 != 0)};
+    } else if (kind == 3) {
+      EXPECT_EQ(utRegWritePrivateUserBinary(section, name, text.data(), text.size(), product), 1);
+      model[place] = {REG_BINARY, text};
+    } else if (kind == 4) {
+      EXPECT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), isThere);
+      model.erase(place);
+    } else {
+      const auto value = isThere ? model[place] : Stored();
+      char buffer[32];
+      DWORD type = 99, size = sizeof buffer;
+      const DWORD code = utRegGetPrivateUserBinary(section, name, &type, buffer, &size, product);
+      EXPECT_EQ(code, isThere ? 0u : 2u);
+      if (isThere) EXPECT_EQ(Stored(type, std::string(buffer, size)), value);
+      EXPECT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), isThere);
+      EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product),
+                value.first == REG_DWORD ? 0x12345678u : 9u);
+      const DWORD length = utRegGetPrivateUserString(section, name, "none", buffer, 8, product);
+      const bool isRead = value.first == REG_SZ && value.second.size() <= 8;
+      EXPECT_EQ(std::string(buffer, length + 1), isRead ? value.second : "none\0"s);
+    }
   }
 }
 
