@@ -58,6 +58,7 @@ TEST(Geometry, IsReadInTheParentAndChangedByAnyDelta) {
           next = Line("GetParent", hWnd) + Line("ScreenToClient", hWndGiven, pRect) +
                  Line("ScreenToClient", hWndGiven, pRect + 8);
         }
+        // A corner that the platform does not convert keeps its place on the screen.
         const auto [left, top, x, y] = isChild && n != 2 && n != 3 ? inParent : onScreen;
         const auto [x1, y1, right, bottom] = isChild && n != 2 && n != 4 ? inParent : onScreen;
         if (change == utSizeWindowDelta) {
