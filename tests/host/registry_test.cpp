@@ -22,12 +22,12 @@ class Registry : public testing::Test {
  protected:
   void SetUp() override { host::Reset(); }
   void TearDown() override { EXPECT_EQ(host::LivingKeyHandles(), 0u); }
+
+  std::size_t made_ = 0;  // by host::FindKey
 };
 
 std::string Path(const std::string& part, unsigned depth) {
-  std::string path;
-  while (depth-- > 0) path += part;
-  return path;
+  return depth == 0 ? "" : part + Path(part, depth - 1);
 }
 
 HKEY Make(HKEY parent, const char* path, REGSAM access, DWORD expected = 1) {
@@ -90,8 +90,8 @@ std::string Refusal(Work work) {
     return std::to_string(error.line()) + ": " + error.what();
   }
 }
-std::string RefusalOf(const std::string& content) {
-  return Refusal([&] { host::ParseRegistry(content); });
+auto RefusalOf(const std::string& text) {
+  return Refusal([&] { host::ParseRegistry(text); });
 }
 
 // A UTF-16LE file with its mark.
@@ -101,8 +101,7 @@ std::string Utf16(const std::u16string& text) {
 
 TEST_F(Registry, ReadsBothVersionsOfTheTextForm) {
   const auto expected = host::NewRegistry();
-  std::size_t made = 0;
-  auto& key = *host::FindKey(expected, "HKEY_CURRENT_USER\\Soft", &made);
+  auto& key = *host::FindKey(expected, "HKEY_CURRENT_USER\\Soft", &made_);
   host::SetValue(key, "", REG_SZ, {'"', 'b', '"', '\\', 0});
   host::SetValue(key, "\xE9=", REG_DWORD, {255, 0, 0, 0});
   host::SetValue(key, "bin", REG_BINARY, {1, 2, 3});
@@ -228,8 +227,8 @@ TEST_F(Registry, LivesInAFile) {
 
   host::RegistryFile file(path);
   const auto saved = host::NewRegistry();
-  std::size_t made = 0;
-  host::SetValue(*host::FindKey(saved, "HKEY_CURRENT_USER\\Soft", &made), "Runs", 4, {2, 0, 0, 0});
+  auto& soft = *host::FindKey(saved, "HKEY_CURRENT_USER\\Soft", &made_);
+  host::SetValue(soft, "Runs", 4, {2, 0, 0, 0});
   host::ReplaceRegistry(saved);
   const mode_t mask = umask(026);
   file.Save();
@@ -259,8 +258,8 @@ TEST_F(Registry, LivesInAFile) {
     EXPECT_EQ(read(), content);
   }
   // Written out to the end, these keys would take more memory than there is.
-  const auto deepest = host::FindKey(saved, deep, &made);
-  for (int i = 0; i < 20000; ++i) host::FindKey(deepest, std::to_string(i), &made);
+  const auto deepest = host::FindKey(saved, deep, &made_);
+  for (int i = 0; i < 20000; ++i) host::FindKey(deepest, std::to_string(i), &made_);
   EXPECT_THROW(host::FormatRegistry(*saved), host::RegistryFileError);
 
   fs::remove(path);

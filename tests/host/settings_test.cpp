@@ -15,20 +15,18 @@ class Settings : public testing::Test {
 };
 
 TEST_F(Settings, ConvertTimesWithinThePlatformsLimits) {
-  const struct {
-    SYSTEMTIME st;
-    std::uint64_t ticks;
-  } valid[] = {{{1601, 1, 1, 1, 0, 0, 0, 0}, 0},
-               {{1970, 1, 4, 1, 0, 0, 0, 1}, 116'444'736'000'010'000},
-               {{2000, 2, 2, 29, 23, 59, 59, 999}, 125'963'423'999'990'000},
-               {{30827, 12, 5, 31, 23, 59, 59, 999}, 0x7FFF35F4F06C58F0}};
+  const std::pair<SYSTEMTIME, std::uint64_t> valid[] = {
+      {{1601, 1, 1, 1, 0, 0, 0, 0}, 0},
+      {{1970, 1, 4, 1, 0, 0, 0, 1}, 116'444'736'000'010'000},
+      {{2000, 2, 2, 29, 23, 59, 59, 999}, 125'963'423'999'990'000},
+      {{30827, 12, 5, 31, 23, 59, 59, 999}, 0x7FFF35F4F06C58F0}};
   FILETIME ft, shifted;
   SYSTEMTIME st;
-  for (const auto& row : valid) {
-    ASSERT_EQ(SystemTimeToFileTime(&row.st, &ft), 1) << row.st.wYear;
-    EXPECT_EQ(std::uint64_t{ft.dwHighDateTime} << 32 | ft.dwLowDateTime, row.ticks);
+  for (const auto& [time, ticks] : valid) {
+    ASSERT_EQ(SystemTimeToFileTime(&time, &ft), 1) << time.wYear;
+    EXPECT_EQ(std::uint64_t{ft.dwHighDateTime} << 32 | ft.dwLowDateTime, ticks);
     ASSERT_EQ(FileTimeToSystemTime(&ft, &st), 1);
-    EXPECT_EQ(std::memcmp(&st, &row.st, sizeof st), 0) << row.st.wYear;
+    EXPECT_EQ(std::memcmp(&st, &time, sizeof st), 0) << time.wYear;
   }
   const SYSTEMTIME invalid[] = {{1600, 12, 0, 31, 23, 59, 59, 999}, {30828, 1, 0, 1, 0, 0, 0, 0},
                                 {1900, 2, 0, 29, 0, 0, 0, 0},       {1999, 13, 0, 1, 0, 0, 0, 0},
@@ -36,7 +34,8 @@ TEST_F(Settings, ConvertTimesWithinThePlatformsLimits) {
                                 {1999, 1, 0, 1, 0, 60, 0, 0},       {1999, 1, 0, 1, 0, 0, 60, 0},
                                 {1999, 1, 0, 1, 0, 0, 0, 1000},     {65535, 1, 0, 1, 0, 0, 0, 0},
                                 {1999, 257, 0, 1, 0, 0, 0, 0},      {1999, 1, 0, 257, 0, 0, 0, 0}};
-  for (const auto& time : invalid) EXPECT_EQ(SystemTimeToFileTime(&time, &ft), 0) << &time - invalid;
+  for (const auto& time : invalid)
+    EXPECT_EQ(SystemTimeToFileTime(&time, &ft), 0) << &time - invalid;
   for (const DWORD high : {0x7FFF35F5u, 0x80000000u, 0xFFFFFFFFu}) {
     ft = {0, high};
     EXPECT_EQ(FileTimeToSystemTime(&ft, &st), 0);
@@ -70,16 +69,17 @@ TEST_F(Settings, ConvertEveryDosDateAndTime) {
 
 TEST_F(Settings, AnswerFromTheLocaleData) {
   setenv("LC_ALL", "C", 1);
-  const auto ask = [](LCTYPE type) {
+  const std::pair<LCTYPE, std::string> rows[] = {{LOCALE_SDAYNAME1, "Monday"},
+                                                 {LOCALE_SABBREVDAYNAME1 + 6, "Sun"},
+                                                 {LOCALE_SMONTHNAME1 + 11, "December"},
+                                                 {LOCALE_SABBREVMONTHNAME1, "Jan"},
+                                                 {LOCALE_ITIME, "1"},
+                                                 {0x50, ""}};
+  for (const auto& [type, expected] : rows) {
     char text[16] = "";
-    return GetLocaleInfoA(LOCALE_USER_DEFAULT, type, text, 16) == 0 ? "" : std::string(text);
-  };
-  EXPECT_EQ(ask(LOCALE_SDAYNAME1), "Monday");
-  EXPECT_EQ(ask(LOCALE_SABBREVDAYNAME1 + 6), "Sun");
-  EXPECT_EQ(ask(LOCALE_SMONTHNAME1 + 11), "December");
-  EXPECT_EQ(ask(LOCALE_SABBREVMONTHNAME1), "Jan");
-  EXPECT_EQ(ask(LOCALE_ITIME), "1");
-  EXPECT_EQ(ask(0x50), "");
+    EXPECT_EQ(GetLocaleInfoA(LOCALE_USER_DEFAULT, type, text, 16) != 0, !expected.empty());
+    EXPECT_EQ(text, expected);
+  }
 }
 
 TEST_F(Settings, ReplaceWhatHasNoCounterpart) {
@@ -91,7 +91,8 @@ TEST_F(Settings, ReplaceWhatHasNoCounterpart) {
   EXPECT_EQ(std::u16string(full), u"ab");
   char bytes[8];
   BOOL usedDefault = FALSE;
-  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, u"\u3042\u00E9\U0001F600", -1, bytes, 8, "*", &usedDefault), 6);
+  const auto* text = u"\u3042\u00E9\U0001F600";
+  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, text, -1, bytes, 8, "*", &usedDefault), 6);
   EXPECT_STREQ(bytes, "\x82\xA0***");
   EXPECT_EQ(usedDefault, TRUE);
 }

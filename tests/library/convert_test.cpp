@@ -26,8 +26,9 @@ std::uintptr_t Word(const void* p) { return reinterpret_cast<std::uintptr_t>(p);
 // Texts in which digits are frequent and everything next to the classes occurs.
 std::string RandomText(test::Random& random, unsigned maxLength) {
   auto text = random.Text<char>({'0', '7', '9', 'a', 'F', '0', '5', '4', '3', '2'}, maxLength);
-  const std::vector<char> others = {' ', '\t', '\r', '\x0E', '\x08', '+', '-', '/', ':', 'x',
-                                    '@', 'G', '`', 'g', '\x80', '\x81', '\xA0', '\xB5', '\xFF'};
+  const std::vector<char> others = {' ',    '\t',   '\r',   '\x0E', '\x08', '+', '-',
+                                    '/',    ':',    'x',    '@',    'G',    '`', 'g',
+                                    '\x80', '\x81', '\xA0', '\xB5', '\xFF'};
   for (auto& c : text) {
     if (random.Below(6) == 0) c = random.Of(others);
   }
@@ -35,15 +36,16 @@ std::string RandomText(test::Random& random, unsigned maxLength) {
 }
 
 TEST(DigitText, TellsTheFirstCharacterOutsideTheClass) {
-  const auto check = [](BOOL(UT_API * isOf)(LPCSTR, LPSTR*), const char* digits, const std::string& text) {
+  const auto check = [](auto* isOf, const char* digits, const std::string& text) {
+    SCOPED_TRACE(testing::PrintToString(text));
     GuardedText<char> buffer(text);
     char* const unwritten = text.empty() ? nullptr : buffer.get() - 1;
     char* bad = unwritten;
     const std::size_t good = std::strspn(buffer.get(), digits);
     host::StartJournal();
-    EXPECT_EQ(isOf(buffer.get(), &bad), good == text.size()) << testing::PrintToString(text);
+    EXPECT_EQ(isOf(buffer.get(), &bad), good == text.size());
     EXPECT_EQ(host::TakeJournal().size(), good);  // one step by CharNextA for each
-    EXPECT_EQ(bad, good == text.size() ? unwritten : buffer.get() + good) << testing::PrintToString(text);
+    EXPECT_EQ(bad, good == text.size() ? unwritten : buffer.get() + good);
     EXPECT_EQ(isOf(buffer.get(), nullptr), good == text.size());
   };
   test::Random random(140);
@@ -63,24 +65,28 @@ TEST(DigitText, TellsTheFirstCharacterOutsideTheClass) {
 
 TEST(DigitText, GivesEveryCharacterItsValue) {
   for (unsigned c = 0; c <= 0xFFFF; ++c) {
-    const char* at = c == 0 || c > 0xFF ? nullptr : std::strchr(kHexDigits, static_cast<int>(c));
-    const auto index = at == nullptr ? 0 : at - kHexDigits;
-    ASSERT_EQ(utHexCharValue(static_cast<WORD>(c)), index < 16 ? index : index - 6) << c;
+    const int index = std::u16string(std::begin(kHexDigits), std::end(kHexDigits) - 1).find(c);
+    ASSERT_EQ(utHexCharValue(static_cast<WORD>(c)), index < 0 ? 0 : index < 16 ? index : index - 6);
   }
   EXPECT_EQ(test::CallWithWords(utHexCharValue, 0xABCD0000u | 'f'), 15);
 }
 
-// The C library reads decimal numbers by the same rules, into 64 bits, which wrap nowhere below 20 digits.
+// The C library reads decimal numbers by the same rules, into 64 bits, which wrap nowhere below 20
+// digits.
 TEST(DigitText, ReadsTheNumberAtTheStart) {
   test::Random random(145);
+  // clang-format off
   std::vector<std::string> texts = {
-      "", "\t\n\v\f\r 7", "\xA0\x37", "+5", "+-5", "--5", "- 5", "2147483647", "2147483648", "-2147483648",
-      "-2147483649", "4294967295", "4294967297", "FFFFFFFF1", "123456789", "abcdef01", "12G4", "0x1F", " 1", "-1"};
+      "", "\t\n\v\f\r 7", "\xA0\x37", "+5", "+-5", "--5", "- 5", "2147483647", "2147483648", " 1", "-1",
+      "-2147483648", "-2147483649", "4294967295", "4294967297", "FFFFFFFF1", "123456789", "abcdef01",
+      "12G4", "0x1F"};
+  // clang-format on
   for (int i = 0; i < 2000; ++i) texts.push_back(RandomText(random, 17));
   for (const auto& text : texts) {
     GuardedText<char> buffer(text);
-    EXPECT_EQ(utAtoI(buffer.get()), static_cast<INT>(std::strtoull(text.c_str(), nullptr, 10))) << text;
-    const auto digits = text.substr(0, std::min<std::size_t>(8, std::strspn(text.c_str(), kHexDigits)));
+    const auto number = static_cast<INT>(std::strtoull(text.c_str(), nullptr, 10));
+    EXPECT_EQ(utAtoI(buffer.get()), number) << text;
+    const auto digits = text.substr(0, std::strspn(text.c_str(), kHexDigits)).substr(0, 8);
     host::StartJournal();
     EXPECT_EQ(utAtoX(buffer.get()), std::strtoul(("0" + digits).c_str(), nullptr, 16)) << text;
     EXPECT_EQ(host::TakeJournal().size(), digits.size());  // one step by CharNextA for each
@@ -90,12 +96,11 @@ TEST(DigitText, ReadsTheNumberAtTheStart) {
 
 // The bytes that a text gives, from the values of its characters.
 std::vector<unsigned char> BytesOfHexText(const std::string& text) {
-  const auto value = [](char c) { return utHexCharValue(static_cast<unsigned char>(c)); };
-  std::vector<unsigned char> bytes;
-  for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
-    bytes.push_back(static_cast<unsigned char>(16 * value(text[i]) + value(text[i + 1])));
+  std::vector<unsigned char> bytes((text.size() + 1) / 2);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const int value = utHexCharValue(static_cast<BYTE>(text[i]));
+    bytes[i / 2] = static_cast<BYTE>(16 * bytes[i / 2] + value);
   }
-  if (text.size() % 2 != 0) bytes.push_back(static_cast<unsigned char>(value(text.back())));
   return bytes;
 }
 
@@ -106,9 +111,8 @@ TEST(HexText, IsWrittenAndReadAtEveryLength) {
     GuardedBuffer bytes(length), text(2 * length);
     std::string expected;
     for (std::size_t i = 0; i < length; ++i) {
-      char digits[3];
-      std::snprintf(digits, sizeof digits, "%02X", bytes.data()[i] = static_cast<unsigned char>(random.Below(256)));
-      expected += digits;
+      const BYTE byte = bytes.data()[i] = static_cast<BYTE>(random.Below(256));
+      expected += {kHexDigits[byte >> 4], kHexDigits[byte & 15]};
     }
     utHex2Ascii(text.As<char>(), bytes.data(), length);
     EXPECT_EQ(text.Bytes(), test::BytesOf(expected, 0));
@@ -126,7 +130,7 @@ TEST(HexText, IsWrittenAndReadAtEveryLength) {
 
 TEST(HexText, IsReadFromEveryPairInBulkAndAlone) {
   std::string text;
-  for (unsigned pair = 0; pair <= 0xFFFF; ++pair) text += {static_cast<char>(pair >> 8), static_cast<char>(pair)};
+  for (unsigned i = 0; i <= 0xFFFF; ++i) text += {static_cast<char>(i >> 8), static_cast<char>(i)};
   const auto expected = BytesOfHexText(text);
   GuardedBuffer bulk(expected.size()), single(expected.size());
   utAscii2Hex(bulk.data(), text.data(), text.size());
@@ -136,7 +140,8 @@ TEST(HexText, IsReadFromEveryPairInBulkAndAlone) {
 
   std::string written(2 * text.size(), 0);
   utHex2Ascii(written.data(), reinterpret_cast<const BYTE*>(text.data()), text.size());
-  utAscii2Hex(reinterpret_cast<LPBYTE>(written.data()), written.data(), written.size());  // in place
+  utAscii2Hex(reinterpret_cast<LPBYTE>(written.data()), written.data(),
+              written.size());  // in place
   EXPECT_EQ(written.substr(0, text.size()), text);
 
   bulk.Refill();  // and nothing without an address
@@ -159,9 +164,9 @@ TEST(SystemFamily, IsNtWithItsMajorVersionOrNone) {
   EXPECT_EQ(utIsWinNT(), 0);
 }
 
-TEST(CodePageConversion, AsksThePlatformForTheWholeString) {
-  WCHAR wide[4];
-  char bytes[4];
+TEST(CodePageConversion, AsksForTheWholeStringAndLeavesWhatWasStored) {
+  WCHAR wide[4] = {};
+  char bytes[4] = {};
   const char* text = "ab";
   const WCHAR* wideText = u"cd";
   host::StartJournal();
@@ -174,6 +179,8 @@ TEST(CodePageConversion, AsksThePlatformForTheWholeString) {
   EXPECT_EQ(host::TakeJournal(), expected);
   EXPECT_EQ(std::u16string(wide), u"ab");
   EXPECT_STREQ(bytes, "cd");
+  EXPECT_EQ(std::u16string(utA2WHelper(wide, "xyz", 2)), u"xy");
+  EXPECT_STREQ(utW2AHelper(bytes, u"xyz", 2), "xy");
 }
 
 TEST(CodePageConversion, LeavesAnEmptyStringWhereNothingIsStored) {
@@ -195,28 +202,18 @@ TEST(CodePageConversion, LeavesAnEmptyStringWhereNothingIsStored) {
   EXPECT_EQ(*utA2WHelper(target.As<WCHAR>(), "a\x81", 8), 0);  // a lead byte without its trail byte
 }
 
-TEST(CodePageConversion, LeavesWhatThePlatformStored) {
-  GuardedBuffer wide(4), bytes(2);
-  utA2WHelper(wide.As<WCHAR>(), "abc", 2);
-  utW2AHelper(bytes.As<char>(), u"cde", 2);
-  EXPECT_EQ(wide.Bytes(), test::BytesOf(u"ab"s, 0));
-  EXPECT_EQ(bytes.Bytes(), test::BytesOf("cd"s, 0));
-}
-
 // What a code page lacks becomes the default character, or one that it has and that stays.
 TEST(CodePageConversion, BringsBackTheCharactersOfEachCodePage) {
   std::u16string all;
-  for (unsigned unit = 1; unit < 0xD800; unit += unit < 0x100 ? 1 : 11) all.push_back(static_cast<char16_t>(unit));
+  for (char16_t unit = 1; unit < 0xD800; unit += unit < 0x100 ? 1 : 11) all += unit;
   const auto narrow = [&](LPCWSTR pwsz) {
     GuardedBuffer bytes(2 * all.size() + 1);
     return std::string(utW2AHelper(bytes.As<char>(), pwsz, static_cast<INT>(bytes.size())));
   };
-  const struct {
-    unsigned codePage;
-    std::size_t kept;  // at least
-  } rows[] = {{1252, 220}, {932, 750}, {936, 1800}, {949, 1400}, {950, 1100}};
-  for (const auto& row : rows) {
-    host::SetCodePage(row.codePage);
+  const std::map<unsigned, std::size_t> leastKept = {
+      {1252, 220}, {932, 750}, {936, 1800}, {949, 1400}, {950, 1100}};
+  for (const auto& [codePage, least] : leastKept) {
+    host::SetCodePage(codePage);
     GuardedBuffer wide(2 * all.size() + 3);  // begins at an odd address
     const auto bytes = narrow(all.c_str());
     utA2WHelper(wide.As<WCHAR>(), bytes.c_str(), static_cast<INT>(all.size() + 1));
@@ -226,7 +223,7 @@ TEST(CodePageConversion, BringsBackTheCharactersOfEachCodePage) {
     EXPECT_EQ(back.back(), 0);
     std::size_t kept = 0;
     for (std::size_t i = 0; i < all.size(); ++i) kept += back[i] == all[i];
-    EXPECT_TRUE(kept >= row.kept && kept < all.size()) << kept << " in " << row.codePage;
+    EXPECT_TRUE(kept >= least && kept < all.size()) << kept << " in " << codePage;
   }
 }
 

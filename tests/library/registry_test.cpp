@@ -1,5 +1,4 @@
 // Registry values, typed values and private user settings, over the platform layer's registry.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <host.h>
 #include <registry.h>
@@ -18,7 +17,6 @@ namespace {
 
 using namespace std::string_literals;
 using test::GuardedBuffer;
-using testing::ElementsAre;
 using Names = std::map<const void*, std::string>;
 using Value = std::pair<DWORD, std::string>;
 
@@ -205,10 +203,9 @@ TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
       DWORD type = 0, size = sizeof buffer;
       EXPECT_EQ(utRegGetPrivateUserBinary("sec", "v", &type, buffer, &size, "prod"), 0u);
       EXPECT_EQ(Value(type, std::string(buffer, size)), row.stored);
-      const bool isText = fCreate == 0x100;
-      EXPECT_EQ(isText ? utRegWritePrivateUserString("sec", "v", nullptr, "prod")
-                       : utRegWritePrivateUserBinary("sec", "v", nullptr, 9, "prod"),
-                1);
+      EXPECT_EQ(utRegWritePrivateUserString("sec", "v", nullptr, "prod"), 1);
+      EXPECT_EQ(row.set(fCreate), 0u);
+      EXPECT_EQ(utRegWritePrivateUserBinary("sec", "v", nullptr, 9, "prod"), 1);
       EXPECT_EQ(utRegDeletePrivateUserKey("sec", "prod"), 0u);
     }
   }
@@ -270,15 +267,15 @@ std::vector<DWORD> CallAll(
 }
 
 TEST(PrivateSettings, ReachNothingWithAPathThatDoesNotFit) {
-  const auto fits = ElementsAre(1, 1, 1, 1, 1, 1, 1, 5, 1, 0, 0, 1, 0, 0, 0, 4, 4, 'd');
-  const auto doesNot = ElementsAre(0, 0, 0, 0, 0, 0, 0, 77, 55, 87, 2, 0, 0, 0, 87, 111, 0, '?');
+  const std::vector<DWORD> fits = {1, 1, 1, 1, 1, 1, 1, 5, 1, 0, 0, 1, 0, 0, 0, 4, 4, 'd'};
+  const std::vector<DWORD> none = {0, 0, 0, 0, 0, 0, 0, 77, 55, 87, 2, 0, 0, 0, 87, 111, 0, '?'};
   const std::string part(120, 'x'), longer(121, 'y');
-  EXPECT_THAT(CallAll("sec", "prod"), fits);
-  EXPECT_THAT(CallAll(part.c_str(), part.c_str()), fits);
+  EXPECT_EQ(CallAll("sec", "prod"), fits);
+  EXPECT_EQ(CallAll(part.c_str(), part.c_str()), fits);
   const auto calls = Calls([&] {
-    EXPECT_THAT(CallAll(longer.c_str(), part.c_str()), doesNot);
-    EXPECT_THAT(CallAll(part.c_str(), longer.c_str()), doesNot);
-    EXPECT_THAT(CallAll(std::string(5000, 'z').c_str(), nullptr), doesNot);
+    EXPECT_EQ(CallAll(longer.c_str(), part.c_str()), none);
+    EXPECT_EQ(CallAll(part.c_str(), longer.c_str()), none);
+    EXPECT_EQ(CallAll(std::string(5000, 'z').c_str(), nullptr), none);
   });
   EXPECT_EQ(calls, "");
 }
@@ -312,13 +309,12 @@ TEST(PrivateSettings, CloseEveryKeyAndKeepTheDefaultsWhenThePlatformFails) {
 }
 
 TEST(PrivateSettings, BehaveAsAMapOverARandomLife) {
-  using Stored = std::pair<DWORD, std::string>;
   const std::vector<const char*> sections = {nullptr, "", "s", "S", "s\\t", "u"};
   const std::vector<const char*> products = {nullptr, "", "p", "P", "q\\r"};
   const std::vector<const char*> names = {nullptr, "", "v", "V", "w\\x"};
   const std::vector<std::string> texts = {"", "on", "0", "five", "longer than eight"};
   test::Random random(5);
-  std::map<std::string, Stored> model;
+  std::map<std::string, Value> model;
   for (int step = 0; step < 3000; ++step) {
     const char* section = random.Of(sections);
     const char* product = random.Of(products);
@@ -350,18 +346,18 @@ TEST(PrivateSettings, BehaveAsAMapOverARandomLife) {
       EXPECT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), isThere);
       model.erase(place);
     } else {
-      const auto value = isThere ? model[place] : Stored();
+      const auto [type, data] = isThere ? model[place] : Value();
       char buffer[32];
-      DWORD type = 99, size = sizeof buffer;
-      const DWORD code = utRegGetPrivateUserBinary(section, name, &type, buffer, &size, product);
+      DWORD got = 99, size = sizeof buffer;
+      const DWORD code = utRegGetPrivateUserBinary(section, name, &got, buffer, &size, product);
       EXPECT_EQ(code, isThere ? 0u : 2u);
-      if (isThere) EXPECT_EQ(Stored(type, std::string(buffer, size)), value);
+      if (isThere) EXPECT_EQ(Value(got, std::string(buffer, size)), Value(type, data));
       EXPECT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), isThere);
-      EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product),
-                value.first == REG_DWORD ? 0x12345678u : 9u);
+      const DWORD number = type == REG_DWORD ? 0x12345678 : 9;
+      EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product), number);
       const DWORD length = utRegGetPrivateUserString(section, name, "none", buffer, 8, product);
-      const bool isRead = value.first == REG_SZ && value.second.size() <= 8;
-      EXPECT_EQ(std::string(buffer, length + 1), isRead ? value.second : "none\0"s);
+      const bool isRead = type == REG_SZ && data.size() <= 8;
+      EXPECT_EQ(std::string(buffer, length + 1), isRead ? data : "none\0"s);
     }
   }
 }
