@@ -30,10 +30,9 @@ T Get(const Bytes& bytes, std::size_t offset) {
   return value;
 }
 
-template <class T>
-void Put(Bytes& bytes, std::size_t offset, T value) {
-  ASSERT_LE(offset + sizeof value, bytes.size());
-  std::memcpy(&bytes[offset], &value, sizeof value);
+void Put(Bytes& bytes, std::size_t offset, std::uint32_t value, unsigned width = 4) {
+  ASSERT_LE(offset + width, bytes.size());
+  std::memcpy(&bytes[offset], &value, width);
 }
 
 // Places in the file, by what stands there.
@@ -52,18 +51,15 @@ struct Places {
   std::size_t file, optional, sections;
 };
 
-// Where an RVA stands in the file.
-std::size_t OffsetOf(const Bytes& dll, std::uint32_t rva) {
+// The place in the file that the RVA at another place leads to.
+std::size_t Pointed(const Bytes& dll, std::size_t offset) {
   const Places places(dll);
+  const auto rva = Get<std::uint32_t>(dll, offset);
   for (unsigned i = 0; i < Get<std::uint16_t>(dll, places.file + 2); ++i) {
     const auto section = Get<pe::SectionHeader>(dll, places.Section(i));
     if (rva - section.rva < section.fileSize) return section.fileOffset + rva - section.rva;
   }
   throw std::out_of_range("no section holds this RVA");
-}
-
-std::size_t DirectoryContent(const Bytes& dll, unsigned index) {
-  return OffsetOf(dll, Get<std::uint32_t>(dll, Places(dll).Directory(index)));
 }
 
 void MendChecksum(Bytes& dll) {
@@ -85,8 +81,16 @@ std::string Refusal(const Bytes& dll) {
   }
 }
 
-TEST(Module, FindsExportsByNameAndByOrdinal) {
-  const Module module(ShippedDll());
+class ModuleTest : public testing::Test {
+ protected:
+  void TearDown() override { EXPECT_EQ(host::Mapping::Living(), 0u); }
+
+  const Bytes dll_ = ShippedDll();
+  const Places at_{dll_};
+};
+
+TEST_F(ModuleTest, FindsExportsByNameAndByOrdinal) {
+  const Module module(dll_);
   using IsBufferSize = BOOL(UT_API*)(DWORD, DWORD);
   const auto call = reinterpret_cast<IsBufferSize>(module.Find(31));
   ASSERT_NE(call, nullptr);
@@ -101,12 +105,10 @@ TEST(Module, FindsExportsByNameAndByOrdinal) {
   }
 }
 
-TEST(Module, GivesPagesTheRightsOfTheirSections) {
-  const Module module(ShippedDll());
-  std::ifstream maps("/proc/self/maps");
-  const auto rightsAt = [&](const void* address) {
-    maps.clear();
-    maps.seekg(0);
+TEST_F(ModuleTest, GivesPagesTheRightsOfTheirSections) {
+  const Module module(dll_);
+  const auto rightsAt = [](const void* address) {
+    std::ifstream maps("/proc/self/maps");
     for (std::string line; std::getline(maps, line);) {
       std::uintptr_t from = 0, to = 0;
       char rights[5] = "";
@@ -124,35 +126,31 @@ TEST(Module, GivesPagesTheRightsOfTheirSections) {
   EXPECT_EQ(module.FindSection(".nowhere").data(), nullptr);
 }
 
-TEST(Module, RefusesWhatIsNoImage) {
+TEST_F(ModuleTest, RefusesWhatIsNoImage) {
   EXPECT_THAT(Refusal({}), HasSubstr("DOS header"));
   EXPECT_THAT(Refusal({'M', 'Z'}), HasSubstr("DOS header"));
   EXPECT_THAT(Refusal(Bytes(4096, 0)), HasSubstr("MZ"));
   EXPECT_THROW(host::ReadFile("no/such/file.dll"), ModuleError);
   EXPECT_THROW(host::ReadFile("."), ModuleError);
-  const auto dll = ShippedDll();
-  for (std::size_t size = 0; size < dll.size(); size += size < 1024 ? 1 : 97) {
-    EXPECT_NE(Refusal({dll.begin(), dll.begin() + static_cast<std::ptrdiff_t>(size)}), "") << size;
+  for (int size = 0; size < std::ssize(dll_); size += size < 1024 ? 1 : 97) {
+    EXPECT_NE(Refusal({dll_.begin(), dll_.begin() + size}), "") << size;
   }
 }
 
-TEST(Module, NamesWhatIsTwisted) {
-  const auto dll = ShippedDll();
-  const Places at(dll);
-  const auto optional = [&](std::size_t field) { return at.optional + field; };
+TEST_F(ModuleTest, NamesWhatIsTwisted) {
+  const auto optional = [&](std::size_t field) { return at_.optional + field; };
+  const auto pointed = [&](std::size_t offset) { return Pointed(dll_, offset); };
   using Header = pe::OptionalHeader;
   using Section = pe::SectionHeader;
   using Exports = pe::ExportDirectory;
   using Imports = pe::ImportDescriptor;
-  const std::size_t exports = DirectoryContent(dll, pe::kExports);
-  const std::size_t imports = DirectoryContent(dll, pe::kImports);
-  const std::size_t relocations = DirectoryContent(dll, pe::kRelocations);
-  const std::size_t functions =
-      OffsetOf(dll, Get<std::uint32_t>(dll, exports + offsetof(Exports, functions)));
-  const std::size_t names =
-      OffsetOf(dll, Get<std::uint32_t>(dll, exports + offsetof(Exports, names)));
-  const std::size_t lookups = OffsetOf(dll, Get<std::uint32_t>(dll, imports));
-  const auto exportsRva = Get<std::uint32_t>(dll, at.Directory(pe::kExports));
+  const auto exports = pointed(at_.Directory(pe::kExports));
+  const auto imports = pointed(at_.Directory(pe::kImports)), lookups = pointed(imports);
+  const auto relocations = pointed(at_.Directory(pe::kRelocations));
+  const auto functions = pointed(exports + offsetof(Exports, functions));
+  const auto names = pointed(exports + offsetof(Exports, names));
+  const auto exportsRva = Get<std::uint32_t>(dll_, at_.Directory(pe::kExports));
+  const auto dataRva = Get<std::uint32_t>(dll_, at_.Section(2) + offsetof(Section, rva));
   const struct {
     std::size_t offset;
     std::uint32_t value;
@@ -160,14 +158,14 @@ TEST(Module, NamesWhatIsTwisted) {
     const char* refusal;
   } rows[] = {
       {pe::kDosHeaderOffset, 0xFFFFFFF0, 4, "PE header lies outside"},
-      {at.file - 4, 0x4551, 4, "PE signature"},
-      {at.file, 0x8664, 2, "not for the i386"},
-      {at.file + 2, 0, 2, "no section"},
-      {at.file + 2, 0xFFFF, 2, "section"},
-      {at.file + 16, 96, 2, "unknown size"},
-      {at.file + 18, pe::kIsExecutable, 2, "not a linked DLL"},
-      {at.file + 18, 0x2003, 2, "no relocations"},
-      {at.optional, 0x20B, 2, "PE32"},
+      {at_.file - 4, 0x4551, 4, "PE signature"},
+      {at_.file, 0x8664, 2, "not for the i386"},
+      {at_.file + 2, 0, 2, "no section"},
+      {at_.file + 2, 0xFFFF, 2, "section"},
+      {at_.file + 16, 96, 2, "unknown size"},
+      {at_.file + 18, pe::kIsExecutable, 2, "not a linked DLL"},
+      {at_.file + 18, 0x2003, 2, "no relocations"},
+      {at_.optional, 0x20B, 2, "PE32"},
       {optional(offsetof(Header, entry)), 0x10, 4, "entry lies outside the code"},
       {optional(offsetof(Header, entry)), 0xFFFFFFFF, 4, "entry lies outside the code"},
       {optional(offsetof(Header, sectionAlignment)), 512, 4, "section alignment"},
@@ -179,25 +177,25 @@ TEST(Module, NamesWhatIsTwisted) {
       {optional(offsetof(Header, headersSize)), 64, 4, "section table lies outside"},
       {optional(offsetof(Header, directoryCount)), 15, 4, "data directories"},
       {optional(offsetof(Header, checksum)), 1, 4, "checksum"},
-      {at.Directory(pe::kTls), 0x1000, 4, "thread-local"},
-      {at.Section(0) + offsetof(Section, rva), 0x0800, 4, "misaligned or overlaps"},
-      {at.Section(1) + offsetof(Section, rva), 0x1000, 4, "misaligned or overlaps"},
-      {at.Section(1) + offsetof(Section, rva), 0xFFFFF000, 4, "section lies outside the image"},
-      {at.Section(0) + offsetof(Section, virtualSize), 0xFFFFFFFF, 4, "outside the image"},
-      {at.Section(0) + offsetof(Section, fileOffset), 0xFFFFFF00, 4, "outside the file"},
-      {at.Section(0) + offsetof(Section, characteristics), 0x40000000, 4, "outside the code"},
-      {at.Directory(pe::kRelocations) + 4, 0xFFFFFF, 4, "relocation directory"},
+      {at_.Directory(pe::kTls), 0x1000, 4, "thread-local"},
+      {at_.Section(0) + offsetof(Section, rva), 0x0800, 4, "misaligned or overlaps"},
+      {at_.Section(1) + offsetof(Section, rva), 0x1000, 4, "misaligned or overlaps"},
+      {at_.Section(1) + offsetof(Section, rva), 0xFFFFF000, 4, "section lies outside the image"},
+      {at_.Section(0) + offsetof(Section, virtualSize), 0xFFFFFFFF, 4, "outside the image"},
+      {at_.Section(0) + offsetof(Section, fileOffset), 0xFFFFFF00, 4, "outside the file"},
+      {at_.Section(0) + offsetof(Section, characteristics), 0x40000000, 4, "outside the code"},
+      {at_.Directory(pe::kRelocations) + 4, 0xFFFFFF, 4, "relocation directory"},
       {relocations, 0xFFFFFFF0, 4, "relocation's target"},
       {relocations, 0, 4, "relocation's target"},
       {relocations + 4, 7, 4, "relocation block"},
       {relocations + 4, 0xFFFFFFFE, 4, "relocation block"},
       {relocations + 8, 0x1000, 2, "unknown type"},
-      {at.Section(0) + offsetof(Section, characteristics), 0xE0000020, 4, "both writable"},
-      {at.Directory(pe::kRelocations) + 4, 0, 4, "no relocations"},
-      {at.Directory(pe::kImports), 0xFFFFFFF0, 4, "import directory"},
-      {at.Directory(pe::kImports), 0, 4, "import directory is missing"},
-      {at.Directory(pe::kImports) + 4, 39, 4, "import directory has no end"},
-      {at.Directory(pe::kExports) + 4, 39, 4, "export directory is too small"},
+      {at_.Section(0) + offsetof(Section, characteristics), 0xE0000020, 4, "both writable"},
+      {at_.Directory(pe::kRelocations) + 4, 0, 4, "no relocations"},
+      {at_.Directory(pe::kImports), 0xFFFFFFF0, 4, "import directory"},
+      {at_.Directory(pe::kImports), 0, 4, "import directory is missing"},
+      {at_.Directory(pe::kImports) + 4, 39, 4, "import directory has no end"},
+      {at_.Directory(pe::kExports) + 4, 39, 4, "export directory is too small"},
       {imports + offsetof(Imports, name), 0, 4, "import"},
       {imports + offsetof(Imports, addressTable), 0x1000, 4, "outside the data"},
       {imports + offsetof(Imports, addressTable), 0x2001, 4, "misaligned"},
@@ -208,66 +206,57 @@ TEST(Module, NamesWhatIsTwisted) {
       {lookups, 0x80000001, 4, "by ordinal"},
       {lookups, 0x7FFFFFFF, 4, "import's name"},
       {lookups, exportsRva, 4, "nothing provides"},
-      {at.Directory(pe::kExports), 0xFFFFFFF0, 4, "export directory"},
+      {at_.Directory(pe::kExports), 0xFFFFFFF0, 4, "export directory"},
       {exports + offsetof(Exports, functionCount), 0x10001, 4, "too many"},
       {exports + offsetof(Exports, nameCount), 0xFFFFFFFF, 4, "too many"},
       {exports + offsetof(Exports, functions), 0xFFFFFFFC, 4, "an export lies outside"},
       {functions, exportsRva + 4, 4, "forwarder"},
-      {functions, Get<std::uint32_t>(dll, at.Section(2) + offsetof(Section, rva)), 4,
-       "outside the code"},
+      {functions, dataRva, 4, "outside the code"},
       {exports + offsetof(Exports, nameOrdinals), 0xFFFFFFF0, 4, "ordinal lies outside"},
       {names, 0xFFFFFF, 4, "export's name"},
-      {names + 4, Get<std::uint32_t>(dll, names), 4, "not sorted"},
+      {names + 4, Get<std::uint32_t>(dll_, names), 4, "not sorted"},
   };
   for (const auto& row : rows) {
-    auto twisted = dll;
-    ASSERT_LE(row.offset + row.width, dll.size());
-    std::memcpy(&twisted[row.offset], &row.value, row.width);
-    if (row.offset != at.Checksum()) MendChecksum(twisted);
+    auto twisted = dll_;
+    Put(twisted, row.offset, row.value, row.width);
+    if (row.offset != at_.Checksum()) MendChecksum(twisted);
     EXPECT_THAT(Refusal(twisted), HasSubstr(row.refusal)) << "at " << row.offset;
   }
-  EXPECT_EQ(host::Mapping::Living(), 0u);
 }
 
-TEST(Module, RefusesAThousandChangedFiles) {
-  const auto dll = ShippedDll();
+TEST_F(ModuleTest, RefusesAThousandChangedFiles) {
   test::Random random(1000);
   for (int i = 0; i < 1000; ++i) {
-    auto changed = dll;
+    auto changed = dll_;
     do {
-      changed[random.Below(static_cast<unsigned>(dll.size()))] ^= 1 + random.Below(255);
-    } while (random.Below(4) != 0 || changed == dll);
+      changed[random.Below(static_cast<unsigned>(dll_.size()))] ^= 1 + random.Below(255);
+    } while (random.Below(4) != 0 || changed == dll_);
     EXPECT_NE(Refusal(changed), "") << "image " << i;
   }
-  EXPECT_EQ(host::Mapping::Living(), 0u);
 }
 
 // The same with a checksum that matches, so that the checks in front of it are on their own. What
 // is taken nevertheless, with a changed timestamp for example, has all its exports in readable
 // pages.
-TEST(Module, SurvivesChangedTables) {
-  const auto dll = ShippedDll();
-  const Places at(dll);
-  std::vector<std::size_t> tables = {0, at.file, at.optional, at.sections};
+TEST_F(ModuleTest, SurvivesChangedTables) {
+  std::vector<std::size_t> tables = {0, at_.file, at_.optional, at_.sections};
   for (const auto index : {pe::kExports, pe::kImports, pe::kRelocations}) {
-    tables.push_back(DirectoryContent(dll, index));
+    tables.push_back(Pointed(dll_, at_.Directory(index)));
   }
-  const std::vector<std::uint32_t> extremes = {0,          1,          0x7FFFFFFF,
-                                               0x80000000, 0xFFFFFFFC, 0xFFFFFFFF};
+  const std::vector<std::uint32_t> extremes = {0, 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFC, ~0u};
   test::Random random(2000);
   unsigned refused = 0;
   for (int i = 0; i < 1000; ++i) {
-    auto changed = dll;
+    auto changed = dll_;
     for (unsigned changes = 1 + random.Below(3); changes > 0; --changes) {
       const std::size_t offset = random.Of(tables) + 2 * random.Below(60);
-      const auto flipped = Get<std::uint32_t>(dll, offset) ^ 1u << random.Below(32);
+      const auto flipped = Get<std::uint32_t>(dll_, offset) ^ 1u << random.Below(32);
       Put(changed, offset, random.Below(2) == 0 ? random.Of(extremes) : flipped);
     }
     MendChecksum(changed);
     if (!Refusal(changed).empty()) ++refused;
   }
   EXPECT_GT(refused, 500u);
-  EXPECT_EQ(host::Mapping::Living(), 0u);
 }
 
 }  // namespace

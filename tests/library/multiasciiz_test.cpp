@@ -97,20 +97,18 @@ TYPED_TEST(MultiAsciizTest, AgreeWithTheModelOnRandomSequences) {
       if (empties) block = Over(block, Bytes(2 * this->kUnit));
     } else if (kind == 1) {
       for (const BOOL caseSensitive : {0, 1, -1}) {
-        const auto found = std::find_if(list.begin(), list.end(), [&](const auto& member) {
-          return caseSensitive ? member == word : strcasecmp(member.c_str(), word.c_str()) == 0;
-        });
-        std::vector<host::Call> calls;
         const auto operation =
             std::string(caseSensitive ? "lstrcmp" : "lstrcmpi") + (F::kIsWide ? 'W' : 'A');
-        for (auto it = list.begin(); !word.empty() && it != list.end(); ++it) {
-          calls.push_back(
-              {operation, {std::uintptr_t(psz), std::uintptr_t(at(it - list.begin()))}});
-          if (it == found) break;
+        const auto compare = caseSensitive ? strcmp : strcasecmp;
+        std::vector<host::Call> calls;
+        std::size_t found = word.empty() ? list.size() : 0;
+        for (; found < list.size(); ++found) {
+          calls.push_back({operation, {std::uintptr_t(psz), std::uintptr_t(at(found))}});
+          if (compare(list[found].c_str(), word.c_str()) == 0) break;
         }
         host::StartJournal();
         EXPECT_EQ(F::ScanMultiAsciiz(psz, pList, caseSensitive),
-                  found == list.end() && !word.empty() ? nullptr : at(found - list.begin()));
+                  found == list.size() && !word.empty() ? nullptr : at(found));
         EXPECT_EQ(host::TakeJournal(), calls);
       }
     } else {
@@ -202,11 +200,9 @@ TYPED_TEST(MultiAsciizTest, ConvertFromAndToArraysWithinEverySize) {
   using F = TypeParam;
   using Psz = const typename F::Char*;
   for (const List& words : {List{}, {"", ""}, {"ab", "", "cd"}, {"ab", "abcdef", "cd"}}) {
-    std::vector<typename TestFixture::String> strings;
-    for (const auto& word : words) strings.push_back(test::Text<F>(word));
-    std::vector<Psz> array;
-    for (const auto& string : strings) array.push_back(string.c_str());
-    array.push_back(nullptr);
+    const auto strings = this->Used(words, words.size());
+    std::vector<Psz> array(words.size() + 1);
+    for (std::size_t i = 0; i < words.size(); ++i) array[i] = &strings[this->Used(words, i).size()];
     for (DWORD size = 0; size < 40; ++size) {
       SCOPED_TRACE(testing::Message() << testing::PrintToString(words) << ", size " << size);
       List list;

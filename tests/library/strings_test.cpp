@@ -1,38 +1,26 @@
 // Characters and strings, byte and wide forms by one text, beside a slow obvious model.
 #include <codepage.h>
-#include <gtest/gtest.h>
 #include <host.h>
 #include <tavkit.h>
 
-#include <optional>
-
-#include "support/forms.h"
-#include "support/guarded.h"
+#include "support/form_test.h"
 #include "support/random.h"
 
 namespace {
 
-using test::ByteForm;
-using test::Guard;
-using test::GuardedBuffer;
-using test::GuardedText;
-using test::WideForm;
-
-constexpr unsigned kCodePages[] = {1252, 932, 936, 949, 950};
+using test::Bytes, test::BytesOf, test::Over, test::Pattern;
+using test::Guard, test::GuardedBuffer, test::GuardedText;
 
 // A string and what the rules say of it, worked out character by character.
-template <class Form>
+template <class F>
 struct Model {
-  using Char = typename Form::Char;
+  using Char = typename F::Char;
   using String = std::basic_string<Char>;
-  using Index = std::optional<std::size_t>;
 
   String text;
 
-  static unsigned Unit(Char c) { return Form::kIsWide ? c : static_cast<unsigned char>(c); }
-
   bool IsPair(std::size_t i) const {
-    return !Form::kIsWide && host::IsLeadByte(static_cast<unsigned char>(text[i])) &&
+    return !F::kIsWide && host::IsLeadByte(static_cast<unsigned char>(text[i])) &&
            i + 1 < text.size();
   }
   // Where the characters begin.
@@ -41,35 +29,18 @@ struct Model {
     for (std::size_t i = 0; i < text.size(); i += IsPair(i) ? 2 : 1) starts.push_back(i);
     return starts;
   }
-  bool IsChar(std::size_t i, unsigned wChar) const {
-    return Unit(text[i]) == wChar && (Form::kIsWide || wChar <= 0x7F);
+  bool IsChar(std::size_t i, WORD wChar) const {
+    return text[i] == static_cast<Char>(wChar) && (F::kIsWide || wChar <= 0x7F);
   }
   // The terminator counts as a unit of the text.
-  bool IsFound(std::size_t i, unsigned wChar) const {
-    const unsigned sought = Form::kIsWide ? wChar : wChar & 0xFF;
-    return (i == text.size() ? 0 : Unit(text[i])) == sought;
-  }
-  Index First(unsigned wChar) const {
-    for (std::size_t i = 0; i <= text.size(); ++i) {
-      if (IsFound(i, wChar)) return i;
-    }
-    return {};
-  }
-  Index Last(unsigned wChar) const {
-    for (std::size_t i = text.size() + 1; i-- > 0;) {
-      if (IsFound(i, wChar)) return i;
-    }
-    return {};
-  }
-  std::size_t LeadCount(unsigned wChar) const {
+  std::size_t First(WORD wChar) const { return (text + Char{}).find(static_cast<Char>(wChar)); }
+  std::size_t Last(WORD wChar) const { return (text + Char{}).rfind(static_cast<Char>(wChar)); }
+  std::size_t LeadCount(WORD wChar) const {
     std::size_t count = 0;
-    for (const auto start : Characters()) {
-      if (!IsChar(start, wChar)) break;
-      ++count;
-    }
+    while (count < text.size() && IsChar(count, wChar)) ++count;
     return count;
   }
-  String Trimmed(unsigned wChar, unsigned flags) const {
+  String Trimmed(WORD wChar, unsigned flags) const {
     Model rest{flags & UT_TRIM_LEADING ? text.substr(LeadCount(wChar)) : text};
     auto starts = rest.Characters();
     while (flags & UT_TRIM_TRAILING && !starts.empty() && rest.IsChar(starts.back(), wChar)) {
@@ -80,15 +51,15 @@ struct Model {
   }
 };
 
-template <class Form>
-class StringsTest : public testing::Test {
+template <class F>
+class StringsTest : public test::FormTest<F> {
  protected:
-  using Char = typename Form::Char;
-  using String = std::basic_string<Char>;
+  using typename test::FormTest<F>::Char;
+  using test::FormTest<F>::kUnit;
 
   // The characters that the comparison rules tell apart, as units and as arguments.
   static std::vector<Char> Alphabet() {
-    if constexpr (Form::kIsWide) {
+    if constexpr (F::kIsWide) {
       return {0x20, 0x5C, 0x61, 0x0001, 0x007F, 0x0080, 0x015C, 0x7FFF, 0x8000, 0xFFFF};
     } else {
       const unsigned char bytes[] = {0x20, 0x5C, 0x61, 0x01, 0x7F, 0x80, 0x81, 0x83, 0xE9, 0xFF};
@@ -96,72 +67,68 @@ class StringsTest : public testing::Test {
     }
   }
   inline static const std::vector<WORD> kArguments = {
-      0x20, 0x5C,   0x61,   0x01,   0x7F,   0x80,   0x81,   0xE9,
+      0x00, 0x20,   0x5C,   0x61,   0x01,   0x7F,   0x80,   0x81,  0xE9,
       0xFF, 0x0100, 0x015C, 0x01E9, 0x7FFF, 0x8000, 0xFF5C, 0xFFFF};
 
-  // The index of a result, none for NULL.
-  static typename Model<Form>::Index IndexIn(const Char* psz, const Char* found) {
-    if (found == nullptr) return {};
-    return static_cast<std::size_t>(found - psz);
-  }
-
-  static void CheckSteps(const Model<Form>& model, Guard guard) {
-    GuardedText<Char> buffer(model.text, guard);
-    const Char* psz = buffer.get();
-    const std::size_t length = model.text.size();
-    std::size_t previous = 0;
+  // The checks of a model whose text stands at the front of a block.
+  static void CheckSteps(const Model<F>& model, const Bytes& block, Guard guard) {
+    GuardedBuffer buffer(block, guard);
+    const auto* psz = buffer.As<Char>();
+    const auto* end = psz + model.text.size();
+    const auto* previous = psz;
     for (const auto start : model.Characters()) {
-      EXPECT_EQ(IndexIn(psz, Form::CharPrev(psz, psz + start)), previous);
-      EXPECT_EQ(Form::CharNext(psz + start), psz + start + (model.IsPair(start) ? 2 : 1));
-      previous = start;
+      EXPECT_EQ(F::CharPrev(psz, psz + start), previous);
+      previous = psz + start;
+      EXPECT_EQ(F::CharNext(previous), previous + (model.IsPair(start) ? 2 : 1));
     }
-    EXPECT_EQ(IndexIn(psz, Form::CharPrev(psz, psz + length)), previous);
-    EXPECT_EQ(IndexIn(psz, Form::CharLast(psz)), previous);
-    EXPECT_EQ(Form::CharNext(psz + length), psz + length);
-    EXPECT_EQ(Form::CharNull(psz), psz + length);
-    EXPECT_EQ(Form::IsNullOrEmptyString(psz), length == 0);
-    EXPECT_EQ(Form::StringSize(psz, 0), length * sizeof(Char));
-    for (const BOOL flag : {1, 7, -1}) {
-      EXPECT_EQ(Form::StringSize(psz, flag), (length + 1) * sizeof(Char));
+    EXPECT_EQ(F::CharPrev(psz, end), previous);
+    EXPECT_EQ(F::CharLast(psz), previous);
+    EXPECT_EQ(F::CharNext(end), end);
+    EXPECT_EQ(F::CharNull(psz), end);
+    EXPECT_EQ(F::IsNullOrEmptyString(psz), psz == end);
+    for (const BOOL flag : {0, 1, 7, -1}) {
+      EXPECT_EQ(F::StringSize(psz, flag), (model.text.size() + (flag != 0)) * kUnit);
     }
   }
 
-  static void CheckSearches(const Model<Form>& model, WORD wChar, Guard guard) {
-    GuardedText<Char> buffer(model.text, guard);
-    Char* psz = buffer.get();
-    EXPECT_EQ(IndexIn(psz, Form::FindChar(psz, wChar)), model.First(wChar));
-    EXPECT_EQ(IndexIn(psz, Form::FindRevChar(psz, wChar)), model.Last(wChar));
-    EXPECT_EQ(IndexIn(psz, Form::SkipLeadChar(psz, wChar)), model.LeadCount(wChar));
-    EXPECT_EQ(Form::CountLeadChar(psz, wChar), model.LeadCount(wChar));
-    EXPECT_EQ(buffer.Bytes(), test::BytesOf(model.text));
+  static void CheckCharacter(const Model<F>& model, WORD wChar, WORD wFlags, const Bytes& block,
+                             Guard guard) {
+    GuardedBuffer buffer(block, guard);
+    auto* psz = buffer.As<Char>();
+    const auto first = model.First(wChar), last = model.Last(wChar);
+    auto* found = first == model.text.npos ? nullptr : psz + first;
+    EXPECT_EQ(F::FindChar(psz, wChar), found);
+    EXPECT_EQ(F::FindRevChar(psz, wChar), found == nullptr ? nullptr : psz + last);
+    EXPECT_EQ(F::SkipLeadChar(psz, wChar), psz + model.LeadCount(wChar));
+    EXPECT_EQ(F::CountLeadChar(psz, wChar), model.LeadCount(wChar));
+    EXPECT_EQ(buffer.Bytes(), block);
 
-    EXPECT_EQ(IndexIn(psz, Form::TruncateAtChar(psz, wChar)), model.First(wChar));
-    auto expected = model.text;
-    if (const auto first = model.First(wChar); first && *first < expected.size())
-      expected[*first] = 0;
-    EXPECT_EQ(buffer.Bytes(), test::BytesOf(expected));
-  }
-
-  static void CheckTrim(const Model<Form>& model, WORD wChar, WORD wFlags, Guard guard) {
-    SCOPED_TRACE(testing::Message() << "flags " << wFlags);
-    GuardedText<Char> buffer(model.text, guard);
-    const auto trimmed = model.Trimmed(wChar, wFlags);
-    EXPECT_EQ(Form::TrimChar(buffer.get(), wChar, wFlags), trimmed != model.text);
-    // What the text moved down over is written; a cut at the end writes one zero; the rest stays.
-    const auto moved = model.Trimmed(wChar, wFlags & UT_TRIM_LEADING);
-    auto expected = test::BytesOf(model.text);
-    const auto atFront = test::BytesOf(moved);
-    std::copy(atFront.begin(), atFront.end(), expected.begin());
-    const auto cut = test::BytesOf(trimmed);
-    std::copy(cut.begin(), cut.end(), expected.begin());
+    EXPECT_EQ(F::TruncateAtChar(psz, wChar), found);
+    auto expected = block;
+    if (found != nullptr) std::fill_n(expected.begin() + first * kUnit, kUnit, 0);
     EXPECT_EQ(buffer.Bytes(), expected);
+
+    buffer.Set(block);
+    const auto trimmed = model.Trimmed(wChar, wFlags);
+    EXPECT_EQ(F::TrimChar(psz, wChar, wFlags), trimmed != model.text);
+    // What the text moved down over is written; a cut at the end writes one zero; the rest stays.
+    const auto moved = Over(block, BytesOf(model.Trimmed(wChar, wFlags & UT_TRIM_LEADING)));
+    EXPECT_EQ(buffer.Bytes(), Over(moved, BytesOf(trimmed)));
+  }
+
+  // What a counted copy leaves in a destination of cbDest bytes that held the pattern.
+  static Bytes CopyOutcome(Bytes taken, DWORD cbDest) {
+    if (cbDest < kUnit) return Pattern(cbDest);
+    taken.resize(std::min<std::size_t>(taken.size() / kUnit, cbDest / kUnit - 1) * kUnit);
+    taken.resize(taken.size() + kUnit);
+    return Over(Pattern(cbDest), taken);
   }
 };
 TYPED_TEST_SUITE(StringsTest, test::Forms, test::FormNames);
 
 TYPED_TEST(StringsTest, AgreeWithTheModelOnRandomTexts) {
   test::Random random(12);
-  for (const unsigned codePage : kCodePages) {
+  for (const unsigned codePage : {1252, 932, 936, 949, 950}) {
     if (TypeParam::kIsWide && codePage != 1252) break;  // no code page concerns the wide forms
     ASSERT_TRUE(host::SetCodePage(codePage));
     for (int i = 0; i < 150; ++i) {
@@ -170,167 +137,116 @@ TYPED_TEST(StringsTest, AgreeWithTheModelOnRandomTexts) {
       if (i % 2 != 0) alphabet = {alphabet[0], alphabet[1], alphabet[6]};
       const Guard guard = random.Below(2) == 0 ? Guard::kBehind : Guard::kInFront;
       const Model<TypeParam> model{random.Text(alphabet, 9)};
-      SCOPED_TRACE(testing::Message() << "code page " << codePage << ", text "
-                                      << testing::PrintToString(test::BytesOf(model.text)));
-      this->CheckSteps(model, guard);
+      auto block = BytesOf(model.text);
+      if (i % 3 == 0) block.push_back(test::kPattern);  // at an odd address if guarded behind
+      SCOPED_TRACE(testing::Message()
+                   << "code page " << codePage << ", text " << testing::PrintToString(block));
+      this->CheckSteps(model, block, guard);
       for (const WORD wChar : this->kArguments) {
-        SCOPED_TRACE(testing::Message() << "character " << wChar);
-        this->CheckSearches(model, wChar, guard);
-        this->CheckTrim(model, wChar, static_cast<WORD>(i % 8), guard);
-        if (this->HasFailure()) return;
+        this->CheckCharacter(model, wChar, static_cast<WORD>(i % 8), block, guard);
+        ASSERT_FALSE(this->HasFailure()) << "character " << wChar << ", flags " << i % 8;
       }
     }
-  }
-}
-
-TYPED_TEST(StringsTest, FindZeroAsTheTerminatorButNeverSkipIt) {
-  for (const char* text : {"", "a", "ab"}) {
-    GuardedText<typename TypeParam::Char> buffer(test::Text<TypeParam>(text));
-    auto* psz = buffer.get();
-    EXPECT_EQ(TypeParam::FindChar(psz, 0), TypeParam::CharNull(psz));
-    EXPECT_EQ(TypeParam::FindRevChar(psz, 0), TypeParam::CharNull(psz));
-    EXPECT_EQ(TypeParam::SkipLeadChar(psz, 0), psz);
-    EXPECT_EQ(TypeParam::CountLeadChar(psz, 0), 0u);
-    EXPECT_EQ(TypeParam::TrimChar(psz, 0, UT_TRIM_LEADING | UT_TRIM_TRAILING), 0);
-    EXPECT_EQ(TypeParam::TruncateAtChar(psz, 0), TypeParam::CharNull(psz));
-    EXPECT_EQ(buffer.Bytes(), test::BytesOf(test::Text<TypeParam>(text)));
   }
 }
 
 TYPED_TEST(StringsTest, CountSixteenBitArgumentsByTheirLowHalf) {
-  using Char = typename TypeParam::Char;
+  using F = TypeParam;
   const DWORD high = 0xABCD0000;
-  GuardedText<Char> buffer(test::Text<TypeParam>("  a\\ "));
-  Char* psz = buffer.get();
-  EXPECT_EQ(test::CallWithWords(TypeParam::FindChar, psz, high | 'a'), psz + 2);
-  EXPECT_EQ(test::CallWithWords(TypeParam::FindRevChar, psz, high | ' '), psz + 4);
-  EXPECT_EQ(test::CallWithWords(TypeParam::SkipLeadChar, psz, high | ' '), psz + 2);
-  EXPECT_EQ(test::CallWithWords(TypeParam::CountLeadChar, psz, high | ' '), 2u);
-  EXPECT_EQ(test::CallWithWords(TypeParam::TrimChar, psz, high | ' ', high | 4u), 0);
-  EXPECT_EQ(test::CallWithWords(TypeParam::TrimChar, psz, high | ' ', high | 3u), 1);
-  EXPECT_EQ(std::basic_string<Char>(psz), test::Text<TypeParam>("a\\"));
-  EXPECT_EQ(test::CallWithWords(TypeParam::TruncateAtChar, psz, high | '\\'), psz + 1);
-  EXPECT_EQ(TypeParam::StringSize(psz, 0), sizeof(Char));
+  auto* psz = this->Put(BytesOf(test::Text<F>("  a\\ ")));
+  EXPECT_EQ(test::CallWithWords(F::FindChar, psz, high | 'a'), psz + 2);
+  EXPECT_EQ(test::CallWithWords(F::FindRevChar, psz, high | ' '), psz + 4);
+  EXPECT_EQ(test::CallWithWords(F::SkipLeadChar, psz, high | ' '), psz + 2);
+  EXPECT_EQ(test::CallWithWords(F::CountLeadChar, psz, high | ' '), 2u);
+  EXPECT_EQ(test::CallWithWords(F::TrimChar, psz, high | ' ', high | 4u), 0);
+  EXPECT_EQ(test::CallWithWords(F::TrimChar, psz, high | ' ', high | 3u), 1);
+  EXPECT_EQ(psz, test::Text<F>("a\\"));
+  EXPECT_EQ(test::CallWithWords(F::TruncateAtChar, psz, high | '\\'), psz + 1);
+  EXPECT_EQ(psz, test::Text<F>("a"));
 }
 
 TYPED_TEST(StringsTest, AnswerNull) {
-  using Char = typename TypeParam::Char;
-  Char text[] = {'a', 0};
-  const Char* none = nullptr;
-  EXPECT_EQ(TypeParam::CharNext(none), nullptr);
-  EXPECT_EQ(TypeParam::CharPrev(none, text), nullptr);
-  EXPECT_EQ(TypeParam::CharPrev(text, none), nullptr);
-  EXPECT_EQ(TypeParam::CharLast(none), nullptr);
-  EXPECT_EQ(TypeParam::TruncateAtChar(nullptr, 'a'), nullptr);
-  EXPECT_EQ(TypeParam::SkipLeadChar(none, 'a'), nullptr);
-  EXPECT_EQ(TypeParam::CountLeadChar(none, 'a'), 0u);
-  EXPECT_EQ(TypeParam::TrimChar(nullptr, 'a', 3), 0);
-  EXPECT_EQ(TypeParam::StringSize(none, 0), 0u);
-  EXPECT_EQ(TypeParam::StringSize(none, 1), 0u);
-  EXPECT_EQ(TypeParam::IsNullOrEmptyString(none), 1);
-}
-
-// What a counted copy leaves in a destination of cbDest bytes that held the pattern, by the rules.
-template <class Form>
-std::vector<unsigned char> CopyOutcome(std::vector<unsigned char> taken, DWORD cbDest) {
-  constexpr std::size_t unit = sizeof(typename Form::Char);
-  if (cbDest < unit) return std::vector<unsigned char>(cbDest, test::kPattern);
-  taken.resize(std::min<std::size_t>(taken.size() / unit, cbDest / unit - 1) * unit);
-  taken.resize(taken.size() + unit);
-  taken.resize(cbDest, test::kPattern);
-  return taken;
+  using F = TypeParam;
+  auto* text = this->Put(BytesOf(test::Text<F>("a")));
+  const typename F::Char* none = nullptr;
+  EXPECT_EQ(F::CharNext(none), nullptr);
+  EXPECT_EQ(F::CharPrev(none, text), nullptr);
+  EXPECT_EQ(F::CharPrev(text, none), nullptr);
+  EXPECT_EQ(F::CharLast(none), nullptr);
+  EXPECT_EQ(F::TruncateAtChar(nullptr, 'a'), nullptr);
+  EXPECT_EQ(F::SkipLeadChar(none, 'a'), nullptr);
+  EXPECT_EQ(F::CountLeadChar(none, 'a'), 0u);
+  EXPECT_EQ(F::TrimChar(nullptr, 'a', 3), 0);
+  for (const BOOL flag : {0, 1}) EXPECT_EQ(F::StringSize(none, flag), 0u);
+  EXPECT_EQ(F::IsNullOrEmptyString(none), 1);
 }
 
 TYPED_TEST(StringsTest, CopyWhatFitsAtEverySize) {
-  using Char = typename TypeParam::Char;
-  const auto source = test::BytesOf(test::Text<TypeParam>("ab\x7F"), 2);
+  using F = TypeParam;
+  using Char = typename F::Char;
+  const auto source = BytesOf(test::Text<F>("ab\x7F"), 2);
   for (DWORD cbSource = 0; cbSource <= source.size(); ++cbSource) {
-    GuardedBuffer from(cbSource);
-    from.Set({source.data(), cbSource});
-    for (DWORD cbDest = 0; cbDest <= cbSource + 2 * sizeof(Char) + 2; ++cbDest) {
+    GuardedBuffer from({source.begin(), source.begin() + cbSource});
+    for (DWORD cbDest = 0; cbDest <= cbSource + 2 * this->kUnit + 2; ++cbDest) {
       SCOPED_TRACE(testing::Message() << cbSource << " bytes into " << cbDest);
-      GuardedBuffer to(cbDest);
-      const BOOL stored = cbDest >= sizeof(Char);
-      EXPECT_EQ(TypeParam::CopyMakeAsciiz(from.data(), cbSource, to.As<Char>(), cbDest), stored);
-      EXPECT_EQ(to.Bytes(), CopyOutcome<TypeParam>(from.Bytes(), cbDest));
-      to.Refill();
-      EXPECT_EQ(TypeParam::CopyMakeAsciiz(nullptr, cbSource, to.As<Char>(), cbDest), stored);
-      EXPECT_EQ(to.Bytes(), CopyOutcome<TypeParam>({}, cbDest));
+      for (auto* given : {from.data(), static_cast<unsigned char*>(nullptr)}) {
+        GuardedBuffer to(cbDest);
+        EXPECT_EQ(F::CopyMakeAsciiz(given, cbSource, to.As<Char>(), cbDest), cbDest >= this->kUnit);
+        EXPECT_EQ(to.Bytes(), this->CopyOutcome(given ? from.Bytes() : Bytes{}, cbDest));
+      }
     }
     // Unchecked: the whole units and a terminator, not a byte more.
-    const DWORD whole = cbSource / sizeof(Char) * sizeof(Char);
-    GuardedBuffer to(whole + sizeof(Char));
-    EXPECT_EQ(TypeParam::CopyMakeAsciiz(from.data(), cbSource, to.As<Char>(), UT_SIZE_UNCHECKED),
-              1);
-    EXPECT_EQ(to.Bytes(), CopyOutcome<TypeParam>(from.Bytes(), whole + sizeof(Char)));
+    GuardedBuffer to((cbSource / this->kUnit + 1) * this->kUnit);
+    EXPECT_EQ(F::CopyMakeAsciiz(from.data(), cbSource, to.As<Char>(), UT_SIZE_UNCHECKED), 1);
+    EXPECT_EQ(to.Bytes(), this->CopyOutcome(from.Bytes(), to.size()));
   }
-  EXPECT_EQ(TypeParam::CopyMakeAsciiz(source.data(), 2, nullptr, UT_SIZE_UNCHECKED), 0);
-}
-
-TYPED_TEST(StringsTest, CutAnyCountToTheSize) {
-  using Char = typename TypeParam::Char;
-  const auto text = test::Text<TypeParam>("abcd");
+  EXPECT_EQ(F::CopyMakeAsciiz(source.data(), 2, nullptr, UT_SIZE_UNCHECKED), 0);
   for (const DWORD cbSource : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu, 0xFFFFFFFFu}) {
-    GuardedBuffer to(test::Size<TypeParam>(3));
-    EXPECT_EQ(TypeParam::CopyMakeAsciiz(text.data(), cbSource, to.As<Char>(), to.size()), 1);
-    EXPECT_EQ(to.Bytes(), test::BytesOf(test::Text<TypeParam>("ab")));
+    GuardedBuffer to(test::Size<F>(3));
+    EXPECT_EQ(F::CopyMakeAsciiz(source.data(), cbSource, to.As<Char>(), to.size()), 1);
+    EXPECT_EQ(to.Bytes(), BytesOf(test::Text<F>("ab")));
   }
 }
 
 TYPED_TEST(StringsTest, CopyAStringWithASecondZeroWhereThereIsRoom) {
-  using Char = typename TypeParam::Char;
+  using F = TypeParam;
+  using Char = typename F::Char;
   for (const char* text : {"", "a", "abc"}) {
-    const auto string = test::Text<TypeParam>(text);
-    GuardedText<Char> from(string);
-    const auto withTerminator = test::BytesOf(string);
-    for (DWORD cbDest = 0; cbDest <= withTerminator.size() + sizeof(Char) + 2; ++cbDest) {
+    const auto taken = BytesOf(test::Text<F>(text));
+    for (DWORD cbDest = 0; cbDest <= taken.size() + this->kUnit + 2; ++cbDest) {
       SCOPED_TRACE(testing::Message() << text << " into " << cbDest);
-      for (auto* copy : {TypeParam::CopyString, TypeParam::CopyNonNullString}) {
+      const auto* from = this->Put(Over(Pattern(taken.size() + cbDest % 2), taken));
+      const BOOL stored = cbDest >= this->kUnit;
+      for (auto* copy : {F::CopyString, F::CopyNonNullString}) {
         GuardedBuffer to(cbDest);
-        EXPECT_EQ(copy(from.get(), to.template As<Char>(), cbDest), cbDest >= sizeof(Char));
-        EXPECT_EQ(to.Bytes(), CopyOutcome<TypeParam>(withTerminator, cbDest));
+        EXPECT_EQ(copy(from, to.template As<Char>(), cbDest), stored);
+        EXPECT_EQ(to.Bytes(), this->CopyOutcome(taken, cbDest));
       }
       GuardedBuffer to(cbDest);
-      EXPECT_EQ(TypeParam::CopyNonNullString(nullptr, to.As<Char>(), cbDest), 0);
+      EXPECT_EQ(F::CopyNonNullString(nullptr, to.As<Char>(), cbDest), 0);
       EXPECT_TRUE(to.IsUntouched());
-      EXPECT_EQ(TypeParam::CopyString(nullptr, to.As<Char>(), cbDest), cbDest >= sizeof(Char));
-      EXPECT_EQ(to.Bytes(), CopyOutcome<TypeParam>({}, cbDest));
+      EXPECT_EQ(F::CopyString(nullptr, to.As<Char>(), cbDest), stored);
+      EXPECT_EQ(to.Bytes(), this->CopyOutcome({}, cbDest));
     }
-    GuardedBuffer to(withTerminator.size() + sizeof(Char));
-    EXPECT_EQ(TypeParam::CopyString(from.get(), to.As<Char>(), UT_SIZE_UNCHECKED), 1);
-    EXPECT_EQ(to.Bytes(), test::BytesOf(string, 2));
-    EXPECT_EQ(TypeParam::CopyString(from.get(), nullptr, UT_SIZE_UNCHECKED), 0);
+    const auto* from = this->Put(taken);
+    GuardedBuffer to(taken.size() + this->kUnit);
+    EXPECT_EQ(F::CopyString(from, to.As<Char>(), UT_SIZE_UNCHECKED), 1);
+    EXPECT_EQ(to.Bytes(), this->CopyOutcome(taken, to.size()));
+    EXPECT_EQ(F::CopyString(from, nullptr, UT_SIZE_UNCHECKED), 0);
   }
 }
 
 TYPED_TEST(StringsTest, CopyOntoThemselvesWhole) {
-  using Char = typename TypeParam::Char;
-  const auto text = test::Text<TypeParam>("abcdef");
-  for (const std::size_t from : {0, 1, 3}) {
-    for (const std::size_t to : {0, 1, 3}) {
-      GuardedText<Char> buffer(text);
-      Char* psz = buffer.get();
-      EXPECT_EQ(TypeParam::CopyMakeAsciiz(psz + from, test::Size<TypeParam>(3), psz + to,
-                                          test::Size<TypeParam>(4)),
-                1);
-      EXPECT_EQ(std::basic_string<Char>(psz + to), text.substr(from, 3));
-    }
+  using F = TypeParam;
+  const auto text = test::Text<F>("abcdef");
+  for (int i = 0; i < 4 * 4; ++i) {
+    const int from = i % 4, to = i / 4;
+    const auto block = Over(Pattern(7 * this->kUnit + 1), BytesOf(text));  // at an odd address
+    auto* psz = this->Put(block);
+    EXPECT_EQ(F::CopyMakeAsciiz(psz + from, 3 * this->kUnit, psz + to, 4 * this->kUnit), 1);
+    const auto copied = text.substr(0, to) + text.substr(from, 3);
+    EXPECT_TRUE(this->Holds(Over(block, BytesOf(copied))));
   }
-}
-
-TEST(WideStrings, MayStandAtOddAddresses) {
-  GuardedBuffer buffer(13);
-  buffer.Set(test::BytesOf(std::u16string(u"  ab ")));  // six units, at an odd address
-  ASSERT_EQ(reinterpret_cast<std::uintptr_t>(buffer.data()) % 2, 1u);
-  auto* psz = buffer.As<WCHAR>();
-  EXPECT_EQ(utStringSizeW(psz, 1), 12u);
-  EXPECT_EQ(utFindCharW(psz, 'b'), psz + 3);
-  EXPECT_EQ(utFindRevCharW(psz, ' '), psz + 4);
-  EXPECT_EQ(utCharLastW(psz), psz + 4);
-  EXPECT_EQ(utTrimCharW(psz, ' ', 3), 1);
-  EXPECT_EQ(utStringSizeW(psz, 1), 6u);
-  EXPECT_EQ(utCopyStringW(psz, psz + 1, 8), 1);
-  EXPECT_EQ(utStringSizeW(psz + 1, 0), 4u);
 }
 
 TEST(WideStrings, GiveNullForAPositionBelowTheStart) {

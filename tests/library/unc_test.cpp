@@ -35,6 +35,20 @@ class UncTest : public test::FormTest<F> {
     return (arguments_[index] = test::Text<F>(part)).c_str();
   }
 
+  // Makes a call for every size about the needed one, and unchecked where there is room. What
+  // does not fit, or does not stand for another reason, leaves the empty string.
+  template <class Call>
+  void CheckEverySize(DWORD needed, bool canStand, const std::string& text, const Call& call) {
+    for (DWORD size = 0; size <= needed + 2; ++size) {
+      const bool stands = size >= needed && canStand;
+      const auto stored = size < this->kUnit ? Bytes{} : BytesOf(stands ? text : "");
+      for (const DWORD cbOut : {size, size >= needed ? UT_SIZE_UNCHECKED : size}) {
+        EXPECT_EQ(call(this->Put(Pattern(size)), cbOut), stands);
+        ASSERT_TRUE(this->Holds(Over(Pattern(size), stored))) << text << " into " << cbOut;
+      }
+    }
+  }
+
  private:
   std::basic_string<typename F::Char> arguments_[3];
 };
@@ -102,8 +116,7 @@ TYPED_TEST(UncTest, ParseEveryShortName) {
 TYPED_TEST(UncTest, CutComponentsToTheirBuffers) {
   using F = TypeParam;
   using Char = typename F::Char;
-  const auto name = test::Text<F>("\\\\server\\share\\path");
-  const auto* psz = name.c_str();
+  const auto* psz = this->Argument(0, "\\\\server\\share\\path");
   test::GuardedBuffer server(4 * this->kUnit), resource(this->kUnit), path(this->kUnit - 1);
   EXPECT_EQ(F::BreakUNCName(psz, server.As<Char>(), server.size(), resource.As<Char>(),
                             resource.size(), path.As<Char>(), path.size()),
@@ -135,10 +148,10 @@ TYPED_TEST(UncTest, StoreNothingBehindTheCopies) {
       EXPECT_TRUE(this->Holds(Over(Pattern(30), test::BytesOf(test::Text<F>(row.out), row.zeros))))
           << row.name;
     }
-    const DWORD third = 10 / this->kUnit;
+    const DWORD third = 10 / this->kUnit, size = cbOut == 30 ? 10 : cbOut;
     auto* out = this->Put(Pattern(30));
-    F::BreakUNCName(this->Argument(0, "\\\\s\\re\\p"), out, cbOut == 30 ? 10 : cbOut, out + third,
-                    cbOut == 30 ? 10 : cbOut, out + 2 * third, cbOut == 30 ? 10 : cbOut);
+    F::BreakUNCName(this->Argument(0, "\\\\s\\re\\p"), out, size, out + third, size,
+                    out + 2 * third, size);
     Bytes expected;
     for (const Part part : {"s", "re", "p"}) {
       const auto slot = Over(Pattern(10), this->BytesOf(part));
@@ -150,8 +163,7 @@ TYPED_TEST(UncTest, StoreNothingBehindTheCopies) {
 
 TYPED_TEST(UncTest, AnswerNullAndWhatIsNoName) {
   using F = TypeParam;
-  const auto name = test::Text<F>("\\\\server\\share\\path");
-  const auto* psz = name.c_str();
+  const auto* psz = this->Argument(0, "\\\\server\\share\\path");
   EXPECT_EQ(F::SearchUNCName(psz, nullptr, nullptr, nullptr), 7u);
   auto* mark = this->Put(Pattern(8));
   auto* found = mark;
@@ -183,11 +195,10 @@ TYPED_TEST(UncTest, AppendComponentsByTheLastCharacter) {
     for (const Part component :
          {Part{nullptr}, "", "\\", "\\\\", "x", "\\x", "\\\\sub\\", "x\\\\y"}) {
       const auto expected = this->BytesOf(Appended(path, component));
-      auto* psz = this->Put(Over(Pattern(expected.size()), this->BytesOf(path)));
-      F::AppendPathComponent(psz, this->Argument(0, component));
+      const auto before = Over(Pattern(expected.size()), this->BytesOf(path));
+      F::AppendPathComponent(this->Put(before), this->Argument(0, component));
       EXPECT_TRUE(this->Holds(expected)) << path << " and " << testing::PrintToString(component);
-      test::GuardedBuffer front(expected.size(), test::Guard::kInFront);
-      front.Set(this->BytesOf(path));
+      test::GuardedBuffer front(before, test::Guard::kInFront);
       F::AppendPathComponent(front.template As<typename F::Char>(), this->Argument(0, component));
       EXPECT_EQ(front.Bytes(), expected);
     }
@@ -212,17 +223,11 @@ TYPED_TEST(UncTest, BuildFromAllPartsWithinEverySize) {
       name = Appended(name, part);
     }
     needed = std::max((needed + (needed != 0)) * this->kUnit, this->kUnit);
-    for (DWORD size = 0; size <= needed + 2; ++size) {
-      const bool fits = size >= needed;
-      for (const DWORD cbOut : {size, fits ? UT_SIZE_UNCHECKED : size}) {
-        auto* out = this->Put(Pattern(size));
-        EXPECT_EQ(F::BuildUNCName(out, cbOut, this->Argument(0, server),
-                                  this->Argument(1, others[0]), this->Argument(2, others[1])),
-                  fits);
-        const auto stored = size < this->kUnit ? Bytes{} : this->BytesOf(fits ? name : "");
-        ASSERT_TRUE(this->Holds(Over(Pattern(size), stored))) << name << " into " << cbOut;
-      }
-    }
+    this->CheckEverySize(needed, true, name, [&](auto* out, DWORD cbOut) {
+      return F::BuildUNCName(out, cbOut, this->Argument(0, server), this->Argument(1, others[0]),
+                             this->Argument(2, others[1]));
+    });
+    ASSERT_FALSE(this->HasFailure());
   }
   EXPECT_EQ(F::BuildUNCName(nullptr, UT_SIZE_UNCHECKED, nullptr, nullptr, nullptr), 0);
 }
@@ -235,16 +240,10 @@ TYPED_TEST(UncTest, WriteServerNamesInBothFormsWithinEverySize) {
       const std::string given = server == nullptr ? "" : server;
       const std::string name = (nForm == 1 ? "\\\\" : "") + WithoutLead(given);
       const DWORD needed = (given.size() + (nForm == 1 ? 3 : 1)) * this->kUnit;
-      for (DWORD size = 0; size <= needed + 2; ++size) {
-        const bool stands = size >= needed && server != nullptr;
-        for (const DWORD cbOut : {size, size >= needed ? UT_SIZE_UNCHECKED : size}) {
-          auto* out = this->Put(Pattern(size));
-          EXPECT_EQ(F::ServerName(this->Argument(0, server), nForm, out, cbOut), stands);
-          const auto stored = size < this->kUnit ? Bytes{} : this->BytesOf(stands ? name : "");
-          ASSERT_TRUE(this->Holds(Over(Pattern(size), stored)))
-              << given << ", form " << nForm << ", size " << cbOut;
-        }
-      }
+      this->CheckEverySize(needed, server != nullptr, name, [&](auto* out, DWORD cbOut) {
+        return F::ServerName(this->Argument(0, server), nForm, out, cbOut);
+      });
+      ASSERT_FALSE(this->HasFailure()) << "form " << nForm;
     }
   }
   EXPECT_EQ(F::ServerName(this->Argument(0, "s"), 1, nullptr, UT_SIZE_UNCHECKED), 0);

@@ -26,6 +26,10 @@ class GuardedBuffer {
     std::memset(pages_ + kPage, kPattern, room_);
     data_ = pages_ + kPage + (guard == Guard::kBehind ? room_ - size : 0);
   }
+  explicit GuardedBuffer(const std::vector<unsigned char>& bytes, Guard guard = Guard::kBehind)
+      : GuardedBuffer(bytes.size(), guard) {
+    Set(bytes);
+  }
   ~GuardedBuffer() {
     EXPECT_TRUE(IsPattern(pages_ + kPage, data_)) << "a byte in front of the buffer was written";
     EXPECT_TRUE(IsPattern(data_ + size_, pages_ + kPage + room_))
@@ -99,9 +103,7 @@ template <class Char>
 class GuardedText : public GuardedBuffer {
  public:
   explicit GuardedText(const std::basic_string<Char>& text, Guard guard = Guard::kBehind)
-      : GuardedBuffer((text.size() + 1) * sizeof(Char), guard) {
-    Set(BytesOf(text));
-  }
+      : GuardedBuffer(BytesOf(text), guard) {}
   Char* get() { return As<Char>(); }
 };
 
