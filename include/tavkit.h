@@ -13,27 +13,26 @@
  *   Buffers    belong to the caller; nothing refers to them after a call.
  *   Room       Where a destination is too small, by family:
  *                cut to fit, result 1     string copies, the parts of utBreakUNCName, utExtract...
- *                refused, result 0        lists, built names, server names, XBuf, NETRESOURCE, paths
- *                the default stored       registry texts, with the platform's code where one is given
- *              What UT_SIZE_UNCHECKED does stands at each operation that takes a size.
- *   Buffers    belong to the caller; nothing refers to them after a call, but an XBuf to the one
- *              that it holds.
- *   Threads    No lock and no shared data: calls on different data may run at the same time.
+ *                refused, result 0        lists, built names, server names, XBuf, NETRESOURCE,
+ * paths the default stored       registry texts, with the platform's code where one is given What
+ * UT_SIZE_UNCHECKED does stands at each operation that takes a size. Buffers    belong to the
+ * caller; nothing refers to them after a call, but an XBuf to the one that it holds. Threads    No
+ * lock and no shared data: calls on different data may run at the same time.
  */
 #ifndef TAVKIT_H
 #define TAVKIT_H
 
 #include "tavkit/types.h"
 
+#include "tavkit/convert.h"
+#include "tavkit/dialog.h"
 #include "tavkit/frame.h"
-#include "tavkit/strings.h"
 #include "tavkit/multiasciiz.h"
-#include "tavkit/unc.h"
-#include "tavkit/xbuf.h"
 #include "tavkit/netresource.h"
 #include "tavkit/registry.h"
+#include "tavkit/strings.h"
 #include "tavkit/time.h"
-#include "tavkit/dialog.h"
-#include "tavkit/convert.h"
+#include "tavkit/unc.h"
+#include "tavkit/xbuf.h"
 
 #endif /* TAVKIT_H */

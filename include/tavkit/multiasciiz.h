@@ -17,9 +17,10 @@
  *
  * What a call costs. utMultiAsciizSize, utMultiAsciizStringCount, utScanMultiAsciiz,
  * utAppendMultiAsciiz, utInsertMultiAsciiz, utRemoveMultiAsciiz and utMultiAsciiz2Array walk the
- * list from its head, at most once. So a list that is built with utAppendMultiAsciiz takes time that
- * grows with the square of its size. utCopyNextAsciiz walks nothing: a list that is built with it
- * takes time that grows with its size. The walk relies on the final zero and looks for nothing else.
+ * list from its head, at most once. So a list that is built with utAppendMultiAsciiz takes time
+ * that grows with the square of its size. utCopyNextAsciiz walks nothing: a list that is built with
+ * it takes time that grows with its size. The walk relies on the final zero and looks for nothing
+ * else.
  *
  *     CHAR list[64];
  *     LPSTR cursor = list;
@@ -96,8 +97,8 @@ UT_EXPORT(54) BOOL UT_API utCopyNextAsciiz(LPCSTR pszString, LPSTR* ppCursor, LP
  * Wide form of utCopyNextAsciiz: the count is in bytes, the room needed is two bytes more than the
  * string with its terminator, and closing the list takes a count of 2.
  */
-UT_EXPORT(246) BOOL UT_API utCopyNextAsciizW(LPCWSTR pszString, LPWSTR* ppCursor,
-                                             LPDWORD pcbRemaining);
+UT_EXPORT(246)
+BOOL UT_API utCopyNextAsciizW(LPCWSTR pszString, LPWSTR* ppCursor, LPDWORD pcbRemaining);
 
 /**
  * Adds a string at the end of a list. It walks the whole list to find the end.
@@ -126,8 +127,8 @@ UT_EXPORT(242) BOOL UT_API utAppendMultiAsciizW(LPCWSTR pszString, LPWSTR pList,
  */
 UT_EXPORT(47) LPSTR UT_API utScanMultiAsciiz(LPCSTR pszString, LPCSTR pList, BOOL fCaseSensitive);
 /** Wide form of utScanMultiAsciiz. */
-UT_EXPORT(247) LPWSTR UT_API utScanMultiAsciizW(LPCWSTR pszString, LPCWSTR pList,
-                                                BOOL fCaseSensitive);
+UT_EXPORT(247)
+LPWSTR UT_API utScanMultiAsciizW(LPCWSTR pszString, LPCWSTR pList, BOOL fCaseSensitive);
 
 /**
  * Inserts a string into a list. Only the bounds of the position are looked at, so the caller takes
@@ -144,14 +145,14 @@ UT_EXPORT(247) LPWSTR UT_API utScanMultiAsciizW(LPCWSTR pszString, LPCWSTR pList
  *                  UT_SIZE_UNCHECKED passes as a very large number.
  * @return 1, or 0 if the position was refused or there was no room: the list then stays as it was.
  */
-UT_EXPORT(58) BOOL UT_API utInsertMultiAsciiz(LPCSTR pszString, LPSTR pInsertAt, LPSTR pList,
-                                              DWORD cbList);
+UT_EXPORT(58)
+BOOL UT_API utInsertMultiAsciiz(LPCSTR pszString, LPSTR pInsertAt, LPSTR pList, DWORD cbList);
 /**
  * Wide form of utInsertMultiAsciiz. The position lies on a whole unit of the list; cbList is in
  * bytes.
  */
-UT_EXPORT(243) BOOL UT_API utInsertMultiAsciizW(LPCWSTR pszString, LPWSTR pInsertAt, LPWSTR pList,
-                                                DWORD cbList);
+UT_EXPORT(243)
+BOOL UT_API utInsertMultiAsciizW(LPCWSTR pszString, LPWSTR pInsertAt, LPWSTR pList, DWORD cbList);
 
 /**
  * Removes strings from the front of a list. Bytes behind the new final zero keep what they held,
@@ -176,11 +177,13 @@ UT_EXPORT(244) BOOL UT_API utRemoveMultiAsciizW(LPWSTR pList, DWORD cStrings);
  * @return 1 if every string was stored. 0 if the buffer was refused and left alone, or if there was
  *         no room for one of the strings: the list then holds those in front of that one.
  */
-UT_EXPORT(48) BOOL UT_API utArray2MultiAsciiz(const LPCSTR* ppszStrings, LPSTR pList, DWORD cbList,
-                                              LPDWORD pcStored);
+UT_EXPORT(48)
+BOOL UT_API utArray2MultiAsciiz(const LPCSTR* ppszStrings, LPSTR pList, DWORD cbList,
+                                LPDWORD pcStored);
 /** Wide form of utArray2MultiAsciiz; cbList is in bytes, and 4 or less is refused here too. */
-UT_EXPORT(248) BOOL UT_API utArray2MultiAsciizW(const LPCWSTR* ppszStrings, LPWSTR pList,
-                                                DWORD cbList, LPDWORD pcStored);
+UT_EXPORT(248)
+BOOL UT_API utArray2MultiAsciizW(const LPCWSTR* ppszStrings, LPWSTR pList, DWORD cbList,
+                                 LPDWORD pcStored);
 
 /**
  * Makes an array of pointers to the strings of a list, ended by a NULL entry, as
@@ -195,10 +198,11 @@ UT_EXPORT(248) BOOL UT_API utArray2MultiAsciizW(const LPCWSTR* ppszStrings, LPWS
  * @return 1, also if the array took only the first strings of the list; 0 if the array was refused
  *         and left alone.
  */
-UT_EXPORT(49) BOOL UT_API utMultiAsciiz2Array(LPCSTR pList, LPCSTR* ppszArray, DWORD cbArray,
-                                              LPDWORD pcStored);
+UT_EXPORT(49)
+BOOL UT_API utMultiAsciiz2Array(LPCSTR pList, LPCSTR* ppszArray, DWORD cbArray, LPDWORD pcStored);
 /** Wide form of utMultiAsciiz2Array. */
-UT_EXPORT(249) BOOL UT_API utMultiAsciiz2ArrayW(LPCWSTR pList, LPCWSTR* ppszArray, DWORD cbArray,
-                                                LPDWORD pcStored);
+UT_EXPORT(249)
+BOOL
+    UT_API utMultiAsciiz2ArrayW(LPCWSTR pList, LPCWSTR* ppszArray, DWORD cbArray, LPDWORD pcStored);
 
 #endif /* TAVKIT_MULTIASCIIZ_H */

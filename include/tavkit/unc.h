@@ -35,8 +35,8 @@
  *
  * @param pszPath      writable string with room for one backslash, the component and the
  *                     terminator; NULL does nothing.
- * @param pszComponent the component; NULL or an empty one leaves the path with its backslash. It may
- *                     be the path itself, as it stands once it ends with a backslash.
+ * @param pszComponent the component; NULL or an empty one leaves the path with its backslash. It
+ * may be the path itself, as it stands once it ends with a backslash.
  */
 UT_EXPORT(56) void UT_API utAppendPathComponent(LPSTR pszPath, LPCSTR pszComponent);
 /** Wide form of utAppendPathComponent. */
@@ -59,13 +59,13 @@ UT_EXPORT(230) void UT_API utAppendPathComponentW(LPWSTR pszPath, LPCWSTR pszCom
  * @return UT_UNC_SERVER, UT_UNC_RESOURCE and UT_UNC_PATH, each for a component that has at least
  *         one character.
  */
-UT_EXPORT(33) DWORD UT_API utBreakUNCName(LPCSTR pszName, LPSTR pszServer, DWORD cbServer,
-                                          LPSTR pszResource, DWORD cbResource, LPSTR pszPath,
-                                          DWORD cbPath);
+UT_EXPORT(33)
+DWORD UT_API utBreakUNCName(LPCSTR pszName, LPSTR pszServer, DWORD cbServer, LPSTR pszResource,
+                            DWORD cbResource, LPSTR pszPath, DWORD cbPath);
 /** Wide form of utBreakUNCName; sizes are in bytes, and a buffer below 2 stays untouched. */
-UT_EXPORT(251) DWORD UT_API utBreakUNCNameW(LPCWSTR pszName, LPWSTR pszServer, DWORD cbServer,
-                                            LPWSTR pszResource, DWORD cbResource, LPWSTR pszPath,
-                                            DWORD cbPath);
+UT_EXPORT(251)
+DWORD UT_API utBreakUNCNameW(LPCWSTR pszName, LPWSTR pszServer, DWORD cbServer, LPWSTR pszResource,
+                             DWORD cbResource, LPWSTR pszPath, DWORD cbPath);
 
 /**
  * Finds the parts of a name. Unlike utBreakUNCName it reports separators, with or without anything
@@ -77,12 +77,13 @@ UT_EXPORT(251) DWORD UT_API utBreakUNCNameW(LPCWSTR pszName, LPWSTR pszServer, D
  * @param ppszPathSeparator     receives the path separator, or NULL; may be NULL.
  * @return UT_UNC_SERVER for a UNC name, UT_UNC_RESOURCE and UT_UNC_PATH for the separators found.
  */
-UT_EXPORT(36) DWORD UT_API utSearchUNCName(LPCSTR pszName, LPSTR* ppszStart,
-                                           LPSTR* ppszResourceSeparator, LPSTR* ppszPathSeparator);
+UT_EXPORT(36)
+DWORD UT_API utSearchUNCName(LPCSTR pszName, LPSTR* ppszStart, LPSTR* ppszResourceSeparator,
+                             LPSTR* ppszPathSeparator);
 /** Wide form of utSearchUNCName. */
-UT_EXPORT(254) DWORD UT_API utSearchUNCNameW(LPCWSTR pszName, LPWSTR* ppszStart,
-                                             LPWSTR* ppszResourceSeparator,
-                                             LPWSTR* ppszPathSeparator);
+UT_EXPORT(254)
+DWORD UT_API utSearchUNCNameW(LPCWSTR pszName, LPWSTR* ppszStart, LPWSTR* ppszResourceSeparator,
+                              LPWSTR* ppszPathSeparator);
 
 /**
  * Tells which components a name has.
@@ -103,18 +104,20 @@ UT_EXPORT(252) DWORD UT_API utCheckUNCNameW(LPCWSTR pszName);
  * part asks for nothing, and its terminator is written.
  *
  * @param pszOut      receives the name; NULL is refused. The parts don't overlap it.
- * @param cbOut       its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED nothing is compared, and
- *                    the caller provides the room asked for.
+ * @param cbOut       its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED nothing is compared,
+ * and the caller provides the room asked for.
  * @param pszServer   the server; NULL or an empty one leaves it out.
  * @param pszResource the resource; NULL leaves it out.
  * @param pszPath     the path; NULL leaves it out.
  * @return 1, or 0 with pszOut empty if there was no room, or untouched if it was refused.
  */
-UT_EXPORT(32) BOOL UT_API utBuildUNCName(LPSTR pszOut, DWORD cbOut, LPCSTR pszServer,
-                                         LPCSTR pszResource, LPCSTR pszPath);
+UT_EXPORT(32)
+BOOL UT_API utBuildUNCName(LPSTR pszOut, DWORD cbOut, LPCSTR pszServer, LPCSTR pszResource,
+                           LPCSTR pszPath);
 /** Wide form of utBuildUNCName: every character counts two bytes, and 0 and 1 are refused. */
-UT_EXPORT(250) BOOL UT_API utBuildUNCNameW(LPWSTR pszOut, DWORD cbOut, LPCWSTR pszServer,
-                                           LPCWSTR pszResource, LPCWSTR pszPath);
+UT_EXPORT(250)
+BOOL UT_API utBuildUNCNameW(LPWSTR pszOut, DWORD cbOut, LPCWSTR pszServer, LPCWSTR pszResource,
+                            LPCWSTR pszPath);
 
 /**
  * Writes a server name in one of two forms. It loses its leading backslashes, and gets exactly two

@@ -10,9 +10,7 @@ namespace test {
 
 using Bytes = std::vector<unsigned char>;
 
-inline Bytes Pattern(std::size_t size) {
-  return Bytes(size, kPattern);
-}
+inline Bytes Pattern(std::size_t size) { return Bytes(size, kPattern); }
 
 // Bytes with others laid over their front, as long as the longer of the two.
 inline Bytes Over(Bytes below, const Bytes& above) {

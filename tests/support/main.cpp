@@ -57,8 +57,8 @@ static bool Connect() {
 
 namespace {
 
-// Every test begins with the platform layer as it is at program start, and leaves no memory and no open
-// key behind.
+// Every test begins with the platform layer as it is at program start, and leaves no memory and no
+// open key behind.
 class FreshPlatform : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override { host::Reset(); }
   void OnTestEnd(const testing::TestInfo&) override {
