@@ -1,91 +1,17 @@
-// Memory that ends or begins directly at an inaccessible page, so that the first byte touched on
-// that side stops the test; what stands on its other side is checked for writes at the end.
+// Guarded buffers for tests, and strings in them.
 #ifndef TESTS_SUPPORT_GUARDED_H
 #define TESTS_SUPPORT_GUARDED_H
 
 #include <gtest/gtest.h>
-#include <sys/mman.h>
+#include <guarded_buffer.h>
 
-#include <algorithm>
-#include <cstring>
-#include <map>
-#include <span>
 #include <string>
-#include <vector>
 
 namespace test {
 
-inline constexpr unsigned char kPattern = 0xCD;
-
-enum class Guard { kBehind, kInFront };
-
-class GuardedBuffer {
- public:
-  explicit GuardedBuffer(std::size_t size, Guard guard = Guard::kBehind)
-      : size_(size), room_((size / kPage + 1) * kPage), pages_(TakePages(room_)) {
-    std::memset(pages_ + kPage, kPattern, room_);
-    data_ = pages_ + kPage + (guard == Guard::kBehind ? room_ - size : 0);
-  }
-  explicit GuardedBuffer(const std::vector<unsigned char>& bytes, Guard guard = Guard::kBehind)
-      : GuardedBuffer(bytes.size(), guard) {
-    Set(bytes);
-  }
-  ~GuardedBuffer() {
-    EXPECT_TRUE(IsPattern(pages_ + kPage, data_)) << "a byte in front of the buffer was written";
-    EXPECT_TRUE(IsPattern(data_ + size_, pages_ + kPage + room_))
-        << "a byte behind the buffer was written";
-    Spare(room_).push_back(pages_);
-  }
-  GuardedBuffer(const GuardedBuffer&) = delete;
-  GuardedBuffer& operator=(const GuardedBuffer&) = delete;
-
-  unsigned char* data() { return data_; }
-  std::size_t size() const { return size_; }
-
-  template <class T>
-  T* As() {
-    return reinterpret_cast<T*>(data_);
-  }
-
-  void Refill() { std::memset(data_, kPattern, size_); }
-  void Set(std::span<const unsigned char> bytes) { std::copy(bytes.begin(), bytes.end(), data_); }
-
-  std::vector<unsigned char> Bytes() { return {data_, data_ + size_}; }
-  // Whether everything from an offset on still holds the pattern.
-  bool IsUntouched(std::size_t from = 0) { return IsPattern(data_ + from, data_ + size_); }
-
- private:
-  static constexpr std::size_t kPage = 4096;
-
-  static bool IsPattern(const unsigned char* from, const unsigned char* to) {
-    return std::all_of(from, to, [](unsigned char byte) { return byte == kPattern; });
-  }
-
-  // Pages of earlier buffers, by their room: mapping anew for each would take most of the time.
-  static std::vector<unsigned char*>& Spare(std::size_t room) {
-    static std::map<std::size_t, std::vector<unsigned char*>> spare;
-    return spare[room];
-  }
-
-  // An inaccessible page, `room` bytes, and another inaccessible page.
-  static unsigned char* TakePages(std::size_t room) {
-    auto& spare = Spare(room);
-    if (spare.empty()) {
-      void* pages = mmap(nullptr, room + 2 * kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-      if (pages == MAP_FAILED) std::abort();
-      spare.push_back(static_cast<unsigned char*>(pages));
-      mprotect(spare.back() + kPage, room, PROT_READ | PROT_WRITE);
-    }
-    auto* pages = spare.back();
-    spare.pop_back();
-    return pages;
-  }
-
-  std::size_t size_;
-  std::size_t room_;
-  unsigned char* pages_;
-  unsigned char* data_;
-};
+using host::Guard;
+using host::GuardedBuffer;
+using host::kPattern;
 
 // The bytes of a string of either form, with `terminators` zero units behind it.
 template <class Char>

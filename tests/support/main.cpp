@@ -1,6 +1,7 @@
 // Starts the tests of the library: on the sources linked into this program, or on the DLL that
 // TAVKIT_DLL names.
 #include <gtest/gtest.h>
+#include <guarded_buffer.h>
 #include <heap.h>
 #include <host.h>
 #include <registry.h>
@@ -72,6 +73,7 @@ class FreshPlatform : public testing::EmptyTestEventListener {
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
+  host::GuardedBuffer::OnOverrun() = [](const char* what) { ADD_FAILURE() << what; };
   testing::UnitTest::GetInstance()->listeners().Append(new FreshPlatform);
   return Connect() ? RUN_ALL_TESTS() : 1;
 }
