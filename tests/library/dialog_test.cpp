@@ -150,7 +150,7 @@ TEST(DefaultButton, IsAskedForAndSetCallByCall) {
   const HWND hDlg = host::AddWindow({});
   for (const int id : {5, 6, 0xFFFF, -1, 0}) host::AddWindow({.hWndParent = hDlg, .id = id});
   test::Random random(183);
-  for (int i = 0; i < 4000; ++i) {
+  for (int i = 0; i < 2000; ++i) {
     const int idButton = random.Of<int>({5, 0xFFFF, -1, 0, kNowhere});
     const int id2 = random.Of<int>({0, 6, -1, kNowhere});
     const int id3 = random.Of<int>({0, 6, idButton, kNowhere});
