@@ -10,14 +10,20 @@
  *              addresses.
  *   Sizes      `cb` counts bytes in both forms, `cch` counts characters, `c` counts things.
  *   Failures   The result alone reports a failure; no last-error value is set.
- *   Buffers    belong to the caller; nothing refers to them after a call.
+ *   Buffers    belong to the caller; nothing refers to them after a call, but an XBuf to the one
+ *              that it holds.
  *   Room       Where a destination is too small, by family:
- *                cut to fit, result 1     string copies, the parts of utBreakUNCName, utExtract...
- *                refused, result 0        lists, built names, server names, XBuf, NETRESOURCE,
- * paths the default stored       registry texts, with the platform's code where one is given What
- * UT_SIZE_UNCHECKED does stands at each operation that takes a size. Buffers    belong to the
- * caller; nothing refers to them after a call, but an XBuf to the one that it holds. Threads    No
- * lock and no shared data: calls on different data may run at the same time.
+ *
+ *                cut to fit, result 1      string copies, utBreakUNCName, utExtractServer and
+ *                                          utExtractServerResource
+ *                refused, result 0         lists, built names, server names, XBuf, NETRESOURCE,
+ *                                          key paths
+ *                the default stored        registry texts, with the platform's code where one is
+ *                                          given
+ *                what the platform does    names of days and months, code-page conversion
+ *
+ *              What UT_SIZE_UNCHECKED does stands at each operation that takes a size.
+ *   Threads    No lock and no shared data: calls on different data may run at the same time.
  */
 #ifndef TAVKIT_H
 #define TAVKIT_H

@@ -89,7 +89,7 @@ UT_EXPORT(148) void UT_API utAscii2Hex(LPBYTE pbTarget, LPCSTR pszSource, DWORD 
  * platform stored, which may lack a terminator.
  *
  * @param pwszTarget receives the wide string, terminator included; not NULL unless pszSource is.
- * Its first character is written whatever cchTarget says.
+ *                   Its first character is written whatever cchTarget says.
  * @param pszSource  the string; NULL leaves the target untouched.
  * @param cchTarget  the target's room in wide characters.
  * @return pwszTarget; NULL if pszSource is NULL.
@@ -101,7 +101,7 @@ UT_EXPORT(260) LPWSTR UT_API utA2WHelper(LPWSTR pwszTarget, LPCSTR pszSource, IN
  * Characters without a counterpart become the platform's default character.
  *
  * @param pszTarget  receives the string, terminator included; not NULL unless pwszSource is. Its
- * first byte is written whatever cbTarget says.
+ *                   first byte is written whatever cbTarget says.
  * @param pwszSource the wide string; NULL leaves the target untouched.
  * @param cbTarget   the target's room in bytes.
  * @return pszTarget; NULL if pwszSource is NULL.

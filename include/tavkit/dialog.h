@@ -40,7 +40,7 @@ UT_EXPORT(150) BOOL UT_API utGetChildRect(HWND hWnd, LPRECT lpRect);
  * @param nDeltaX pixels to the right, negative to the left.
  * @param nDeltaY pixels down, negative up.
  * @return non-zero, as the platform gave it, if the window's rectangle could be read, also where
- * the move itself then failed; else 0, and nothing was moved.
+ *         the move itself then failed; else 0, and nothing was moved.
  */
 UT_EXPORT(151) BOOL UT_API utMoveWindowDelta(HWND hWnd, INT nDeltaX, INT nDeltaY);
 
@@ -122,7 +122,7 @@ INT UT_API utSetDlgItemStringRes(HWND hDlg, INT idItem, HINSTANCE hModule, UINT 
  * @param idFocus   the control to take over the focus; 0 leaves the focus where it is.
  * @param idDefault the button to take over as the default; 0 leaves the default where it is.
  * @return nothing to go by: 0 if the control was missing or already disabled, else what the
- * platform gave for disabling it, which is 0 too for a control that was enabled.
+ *         platform gave for disabling it, which is 0 too for a control that was enabled.
  */
 UT_EXPORT(183)
 BOOL UT_API utDisableDlgDefButton(HWND hDlg, INT idButton, INT idFocus, INT idDefault);

@@ -202,7 +202,7 @@ UT_EXPORT(49)
 BOOL UT_API utMultiAsciiz2Array(LPCSTR pList, LPCSTR* ppszArray, DWORD cbArray, LPDWORD pcStored);
 /** Wide form of utMultiAsciiz2Array. */
 UT_EXPORT(249)
-BOOL
-    UT_API utMultiAsciiz2ArrayW(LPCWSTR pList, LPCWSTR* ppszArray, DWORD cbArray, LPDWORD pcStored);
+BOOL UT_API utMultiAsciiz2ArrayW(LPCWSTR pList, LPCWSTR* ppszArray, DWORD cbArray,
+                                 LPDWORD pcStored);
 
 #endif /* TAVKIT_MULTIASCIIZ_H */

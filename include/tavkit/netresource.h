@@ -87,7 +87,7 @@ BOOL UT_API utCopyNETRESOURCEW(const NETRESOURCEW* pResource, LPVOID pBuffer, DW
  * @param pcbNeeded receives the size needed (0 where pResource is NULL), on success and on failure;
  *                  may be NULL.
  * @return 1 on success. 0 if the free block is too small; the XBuf and its buffer are then as
- * before.
+ *         before.
  */
 UT_EXPORT(203)
 BOOL UT_API utCopyNETRESOURCE_XBuffer(const NETRESOURCEA* pResource, HXBUF hXBuf, DWORD dwMask,

@@ -12,11 +12,12 @@
  *   Form       Byte strings only; there are no wide twins.
  *   hKey       An open key or a predefined one. It is never closed here, and what a call opens it
  *              closes itself, on every path; only utRegOpenPrivateUserKey leaves that to its
- * caller. pszSubKey  The path of a key below hKey. NULL means hKey itself, which is then used as it
- * was opened. An empty path is a path: the key is opened once more, for this call. Value name As
- * the platform takes it: NULL and "" both name the default value of the key. Sizes      In bytes,
- * the terminator of a text included. Result     An error code of the platform, 0 for success, where
- * nothing else is said.
+ *              caller.
+ *   pszSubKey  The path of a key below hKey. NULL means hKey itself, which is then used as it was
+ *              opened. An empty path is a path: the key is opened once more, for this call.
+ *   Value name As the platform takes it: NULL and "" both name the default value of the key.
+ *   Sizes      In bytes, the terminator of a text included.
+ *   Result     An error code of the platform, 0 for success, where nothing else is said.
  */
 #ifndef TAVKIT_REGISTRY_H
 #define TAVKIT_REGISTRY_H
@@ -251,7 +252,7 @@ UT_EXPORT(86) DWORD UT_API utRegDeletePrivateUserKey(LPCSTR pszSection, LPCSTR p
  * @return the bytes in front of the terminator, which doesn't tell a stored text from the default.
  *         For a text stored without a terminator, the bytes up to the next zero in the buffer, or
  *         its size if there is none; with UT_SIZE_UNCHECKED no zero behind it is looked for. 0,
- * with the buffer untouched, if the path doesn't fit.
+ *         with the buffer untouched, if the path doesn't fit.
  */
 UT_EXPORT(74)
 DWORD UT_API utRegGetPrivateUserString(LPCSTR pszSection, LPCSTR pszValueName, LPCSTR pszDefault,

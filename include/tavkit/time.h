@@ -119,11 +119,11 @@ UT_EXPORT(99) BOOL UT_API utFileTimeSubMilliseconds(LPFILETIME pftTime, DWORD dw
  *
  * @param pszBuffer receives the name. It and its size reach the platform unexamined.
  * @param cchBuffer its size in bytes; UT_SIZE_UNCHECKED has no meaning here. With 0 nothing is
- * written and the result tells whether the platform has the name.
+ *                  written and the result tells whether the platform has the name.
  * @param wDay      the day, 0 for Sunday to 6.
  * @param nStyle    UT_NAME_ABBREVIATED or any other value.
  * @return 1 if the platform gave the name; 0 for any other day and if the platform refused, as it
- * does with a buffer that is too small.
+ *         does with a buffer that is too small.
  */
 UT_EXPORT(120) BOOL UT_API utDayOfWeekName(LPSTR pszBuffer, INT cchBuffer, WORD wDay, INT nStyle);
 

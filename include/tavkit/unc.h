@@ -36,7 +36,7 @@
  * @param pszPath      writable string with room for one backslash, the component and the
  *                     terminator; NULL does nothing.
  * @param pszComponent the component; NULL or an empty one leaves the path with its backslash. It
- * may be the path itself, as it stands once it ends with a backslash.
+ *                     may be the path itself, as it stands once it ends with a backslash.
  */
 UT_EXPORT(56) void UT_API utAppendPathComponent(LPSTR pszPath, LPCSTR pszComponent);
 /** Wide form of utAppendPathComponent. */
@@ -105,7 +105,7 @@ UT_EXPORT(252) DWORD UT_API utCheckUNCNameW(LPCWSTR pszName);
  *
  * @param pszOut      receives the name; NULL is refused. The parts don't overlap it.
  * @param cbOut       its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED nothing is compared,
- * and the caller provides the room asked for.
+ *                    and the caller provides the room asked for.
  * @param pszServer   the server; NULL or an empty one leaves it out.
  * @param pszResource the resource; NULL leaves it out.
  * @param pszPath     the path; NULL leaves it out.

@@ -66,7 +66,7 @@ UT_EXPORT(61) void UT_API utXBufDestroy(HXBUF hXBuf);
  *                 as long as the XBuf holds it, or NULL to have one allocated, filled with zeros
  *                 and owned by the XBuf. Not the buffer that the XBuf owns now.
  * @return 1 if the XBuf now holds a buffer. 0 for an invalid handle, or with the XBuf left without
- * a buffer: the earlier one is gone in any case.
+ *         a buffer: the earlier one is gone in any case.
  */
 UT_EXPORT(62) BOOL UT_API utXBufUseBuffer(HXBUF hXBuf, DWORD cbBuffer, LPVOID pBuffer);
 
@@ -86,7 +86,7 @@ UT_EXPORT(70) void UT_API utXBufSetOwner(HXBUF hXBuf, DWORD dwOwner);
  * @param wSide   UT_XBUF_FRONT or UT_XBUF_BACK.
  * @param cbBlock size of the block in bytes; 0 gives a NULL block and 1, whatever the side.
  * @param ppBlock receives the block, NULL if none was reserved; may be NULL. An invalid handle
- * leaves it as it is.
+ *                leaves it as it is.
  * @return 1 on success. 0 for an invalid handle, an unknown side, or a block larger than the free
  *         block; the XBuf is then as before.
  */
@@ -130,7 +130,7 @@ BOOL UT_API utXBufCopyWideStringTo(HXBUF hXBuf, WORD wSide, LPCWSTR pwszSource, 
  * @param cbFront bytes in use at the front.
  * @param cbBack  bytes in use at the back.
  * @return 1 on success. 0 for an invalid handle, or if the two don't fit the buffer; the XBuf is
- * then as before.
+ *         then as before.
  */
 UT_EXPORT(66) BOOL UT_API utXBufSetSpaceUsed(HXBUF hXBuf, DWORD cbFront, DWORD cbBack);
 
