@@ -31,7 +31,7 @@ target_compile_definitions(tavkit PRIVATE TAVKIT_BUILDING TAVKIT_NO_WINDOWS_H)
 target_compile_options(
   tavkit
   PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${warnings};${freestanding};-ffreestanding;-msse2;-gcodeview;
-          -mno-incremental-linker-compatible;-ffile-compilation-dir=.;
+          SHELL:-Xclang -cfguard;-mno-incremental-linker-compatible;-ffile-compilation-dir=.;
           -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
 set_source_files_properties(src/frame/memory.cpp PROPERTIES COMPILE_OPTIONS -fno-builtin)
 
@@ -48,6 +48,7 @@ target_link_options(
   "SHELL:-Xlinker /def:generated/tavkit.def"
   "SHELL:-Xlinker /subsystem:windows,5.01"
   "SHELL:-Xlinker /opt:ref,noicf"
+  "SHELL:-Xlinker /guard:cf,nolongjmp"
   "SHELL:-Xlinker /debug"
   "SHELL:-Xlinker /pdbaltpath:%_PDB%"
   "SHELL:-Xlinker /pdbsourcepath:."
