@@ -54,3 +54,18 @@ target_link_options(
   "SHELL:-Xlinker /pdbsourcepath:."
   "SHELL:-Xlinker /Brepro"
   "SHELL:-Xlinker /release")
+
+# What the package holds. The change notes and the reference are there once they have been written.
+include(CMakePackageConfigHelpers)
+write_basic_package_version_file(${generated}/tavkit-config-version.cmake
+                                 COMPATIBILITY SameMajorVersion)
+install(TARGETS tavkit RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
+install(FILES ${PROJECT_BINARY_DIR}/TAVKIT.pdb DESTINATION bin)
+install(DIRECTORY include DESTINATION .)
+install(FILES cmake/package/tavkit-config.cmake ${generated}/tavkit-config-version.cmake
+        DESTINATION lib/cmake/tavkit)
+install(DIRECTORY examples/consumer/ DESTINATION example)
+install(FILES cmake/windows-i386.cmake DESTINATION example)
+install(FILES docs/package/README.md DESTINATION .)
+install(FILES CHANGELOG.md LICENSE DESTINATION . OPTIONAL)
+install(DIRECTORY build/docs/html/ DESTINATION doc OPTIONAL)

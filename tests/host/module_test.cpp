@@ -70,9 +70,9 @@ void MendChecksum(Bytes& dll) {
 }
 
 // What the loader says of an image, empty if it takes it. The code is not run.
-std::string Refusal(const Bytes& dll) {
+std::string Refusal(const Bytes& dll, Module::Kind kind = Module::Kind::kDll) {
   try {
-    const Module module(dll, host::FindPlatformOperation, Module::EntryCalls::kSkip);
+    const Module module(dll, host::FindPlatformOperation, Module::EntryCalls::kSkip, kind);
     for (unsigned ordinal = 0; ordinal < 300; ++ordinal) {
       const auto* code = static_cast<const volatile unsigned char*>(module.Find(ordinal));
       if (code != nullptr) static_cast<void>(*code);
@@ -216,7 +216,7 @@ TEST_F(ModuleTest, NamesWhatIsTwisted) {
       {imports, 0xFFFFFFFC, 4, "import lookup table"},
       {imports + offsetof(Imports, name), 0xFFFFFF, 4, "module's name"},
       {imports + offsetof(Imports, addressTable), 0xFFFFFFFC, 4, "import address table"},
-      {lookups, 0x80000001, 4, "by ordinal"},
+      {lookups, 0x80000001, 4, "nothing provides the import KERNEL32.dll!#1"},
       {lookups, 0x7FFFFFFF, 4, "import's name"},
       {lookups, exportsRva, 4, "nothing provides"},
       {at_.Directory(pe::kExports), 0xFFFFFFF0, 4, "export directory"},
@@ -235,6 +235,34 @@ TEST_F(ModuleTest, NamesWhatIsTwisted) {
     if (row.offset != at_.Checksum()) MendChecksum(twisted);
     EXPECT_THAT(Refusal(twisted), HasSubstr(row.refusal)) << "at " << row.offset;
   }
+}
+
+TEST_F(ModuleTest, TellsProgramsFromDlls) {
+  auto program = dll_;
+  Put(program, at_.file + offsetof(pe::FileHeader, characteristics), pe::kIsExecutable, 2);
+  MendChecksum(program);
+  EXPECT_EQ(Refusal(program, Module::Kind::kProgram), "");
+  EXPECT_THAT(Refusal(program), HasSubstr("not a linked DLL"));
+  EXPECT_THAT(Refusal(dll_, Module::Kind::kProgram), HasSubstr("not a linked program"));
+  Put(program, at_.optional + offsetof(pe::OptionalHeader, entry), 0);
+  MendChecksum(program);
+  EXPECT_THAT(Refusal(program, Module::Kind::kProgram), HasSubstr("entry lies outside the code"));
+}
+
+TEST_F(ModuleTest, BindsImportsByOrdinal) {
+  auto changed = dll_;
+  const auto lookups = Pointed(dll_, Pointed(dll_, at_.Directory(pe::kImports)));
+  Put(changed, lookups, pe::kImportByOrdinal | 65535);
+  MendChecksum(changed);
+  std::string first;
+  const Module module(
+      changed,
+      [&](std::string_view, std::string_view name) {
+        if (first.empty()) first = name;
+        return &first;
+      },
+      Module::EntryCalls::kSkip);
+  EXPECT_EQ(first, "#65535");
 }
 
 TEST_F(ModuleTest, RefusesAThousandChangedFiles) {
