@@ -1,16 +1,15 @@
 # The platform layer on Linux, and what runs on it: natively built tests under sanitizers
 # (TAVKIT_NATIVE), or tests and examples that run on the shipped DLL.
-option(TAVKIT_NATIVE "link the library's own sources, under sanitizers, instead of the DLL" OFF)
+option(TAVKIT_NATIVE "link the library's own sources instead of the DLL" OFF)
+set(TAVKIT_INSTRUMENTS "" CACHE STRING "what the compiler builds into a native build")
 
 set(CMAKE_C_FLAGS_RELEASE "-O1 -g")
 set(CMAKE_CXX_FLAGS_RELEASE "-O1 -g")
 set(CMAKE_POSITION_INDEPENDENT_CODE OFF)
 add_compile_options(-fno-omit-frame-pointer)
 add_link_options(-no-pie -fuse-ld=lld-19)
-if(TAVKIT_NATIVE)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all)
-  add_link_options(-fsanitize=address,undefined)
-endif()
+add_compile_options(${TAVKIT_INSTRUMENTS})
+add_link_options(${TAVKIT_INSTRUMENTS})
 
 generate_from(exports.inc UT_EXPORT entries FROM ${public_headers})
 generate_from(imports.inc UT_IMPORT entries FROM ${platform_header})
@@ -59,13 +58,15 @@ target_precompile_headers(library_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h> 
 
 if(TAVKIT_NATIVE)
   target_compile_definitions(library_tests PRIVATE TAVKIT_NATIVE)
+endif()
+if(TAVKIT_NATIVE AND CMAKE_SIZEOF_VOID_P EQUAL 4)
   file(GLOB host_tests CONFIGURE_DEPENDS tests/host/*.cpp)
   add_executable(host_tests ${host_tests})
   target_link_libraries(host_tests PRIVATE host_platform gtest gmock gtest_main)
   target_include_directories(host_tests PRIVATE tests)
   target_compile_options(host_tests PRIVATE ${warnings} -Wno-conversion ${quick})
   target_precompile_headers(host_tests REUSE_FROM library_tests)
-else()
+elseif(NOT TAVKIT_NATIVE)
   file(GLOB examples CONFIGURE_DEPENDS examples/*.cpp)
   foreach(source ${examples})
     cmake_path(GET source STEM example)

@@ -223,7 +223,7 @@ TYPED_TEST(MultiAsciizTest, ConvertFromAndToArraysWithinEverySize) {
       const DWORD slots = size / sizeof(Psz);
       const auto flat = this->Flat({"ab", "cd", "ef"});
       auto* pList = reinterpret_cast<Psz>(flat.data());
-      std::vector<Psz> expected((size + 3) / sizeof(Psz));
+      std::vector<Psz> expected((size + sizeof(Psz) - 1) / sizeof(Psz));
       for (DWORD i = 0; i < 3 && i + 1 < slots; ++i) expected[i] = pList + 3 * i;
       test::GuardedBuffer out(expected.size() * sizeof(Psz));
       EXPECT_EQ(F::MultiAsciiz2Array(pList, out.As<Psz>(), size, &stored), slots > 0);

@@ -16,7 +16,12 @@ namespace {
 using test::GuardedBuffer;
 using test::Line;
 using Bytes = std::vector<unsigned char>;
-using Fields = std::array<std::uintptr_t, 8>;
+
+// The eight fields of a record, as numbers.
+struct Fields {
+  DWORD numbers[4];
+  std::uintptr_t strings[4];
+};
 
 // A source record, its strings each in front of an inaccessible page. What the mask leaves out has
 // an address that can't be read, and half of the sources stand at odd addresses.
@@ -29,7 +34,7 @@ struct Source {
   std::deque<GuardedBuffer> memory;
   std::vector<Bytes> placed;  // what the memory holds, before and after
   const Record* record;
-  DWORD needed = 32;
+  DWORD needed = sizeof(Record);
 
   Source(test::Random& random, DWORD mask) {
     const std::size_t odd = random.Below(2);
@@ -41,18 +46,18 @@ struct Source {
     };
     Fields fields;
     for (int i = 0; i < 4; ++i) {
-      fields[i] = 0x12345678u + random.Below(1u << 30);
-      if (mask & UT_NR_SCOPE << i) taken[i] = fields[i];
-      fields[4 + i] = random.Below(2);
+      fields.numbers[i] = 0x12345678u + random.Below(1u << 30);
+      if (mask & UT_NR_SCOPE << i) taken.numbers[i] = fields.numbers[i];
+      fields.strings[i] = random.Below(2);
       if (!(mask & UT_NR_LOCALNAME << i)) continue;
-      fields[4 + i] = 0;
+      fields.strings[i] = 0;
       if (random.Below(4) == 0) continue;
       const std::vector<typename Form::Char> letters = {'a', '\\', 0x7F};
       strings[i] = test::BytesOf(random.Text(letters, 9 * random.Below(2)));
-      fields[4 + i] = reinterpret_cast<std::uintptr_t>(place(strings[i]));
+      fields.strings[i] = reinterpret_cast<std::uintptr_t>(place(strings[i]));
       needed += strings[i].size();
     }
-    const auto* start = reinterpret_cast<const unsigned char*>(fields.data());
+    const auto* start = reinterpret_cast<const unsigned char*>(&fields);
     record = reinterpret_cast<const Record*>(place({start, start + sizeof fields}));
   }
   ~Source() {
@@ -67,9 +72,10 @@ struct Source {
     for (int i = 0; i < 4; ++i) {
       at -= strings[i].size();
       std::copy(strings[i].begin(), strings[i].end(), block.begin() + at);
-      if (!strings[i].empty()) fields[4 + i] = reinterpret_cast<std::uintptr_t>(buffer.data() + at);
+      if (strings[i].empty()) continue;
+      fields.strings[i] = reinterpret_cast<std::uintptr_t>(buffer.data() + at);
     }
-    std::memcpy(&block[front], fields.data(), sizeof fields);
+    std::memcpy(&block[front], &fields, sizeof fields);
     return block;
   }
 };
@@ -88,7 +94,8 @@ TYPED_TEST(NetResourceTest, FlattenIntoBuffersAndXBufs) {
     const DWORD mask = i % 256 | (i % 3 == 0 ? 0xABCDE100u : 0);  // higher bits have no effect
     const Source<TypeParam> source(random, mask);
     const auto* record = random.Below(16) != 0 ? source.record : nullptr;
-    const DWORD strings = record ? source.needed - 32 : 0, needed = record ? source.needed : 0;
+    const DWORD strings = record ? source.needed - sizeof *record : 0,
+                needed = record ? source.needed : 0;
     SCOPED_TRACE(testing::Message() << "mask " << mask << ", round " << i);
     EXPECT_EQ(TypeParam::VarSizeNETRESOURCE(record, mask), strings);
     EXPECT_EQ(TypeParam::SizeNETRESOURCE(record, mask), needed);
@@ -114,7 +121,7 @@ TYPED_TEST(NetResourceTest, FlattenIntoBuffersAndXBufs) {
       EXPECT_EQ(stored, pcbNeeded ? needed : 7);
       EXPECT_EQ(buffer.Bytes(), block);
       if (!isXBuf) continue;
-      EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FRONT), front + 32 * copied);
+      EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FRONT), front + sizeof *record * copied);
       EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_BACK), back + strings * copied);
       utXBufDestroy(hXBuf);
     }
@@ -124,13 +131,14 @@ TYPED_TEST(NetResourceTest, FlattenIntoBuffersAndXBufs) {
 TEST(NetResource, ReadsEachStringTwiceAndAllocatesOnce) {
   char local[] = "L:", remote[] = "share", provider[] = "p";
   const NETRESOURCEA source = {1, 2, 3, 4, local, remote, nullptr, provider};
-  char block[43];
+  char block[sizeof source + 11];
   host::StartJournal();
   ASSERT_EQ(utCopyNETRESOURCE(&source, block, sizeof block, UT_NR_ALL, nullptr), 1);
   const auto journal = host::TakeJournal();
-  EXPECT_EQ(std::string(block + 32, 11), std::string("p\0share\0L:", 11));
+  EXPECT_EQ(std::string(block + sizeof source, 11), std::string("p\0share\0L:", 11));
+  const auto xbuf = sizeof(void*) == 4 ? 32 : 48;  // bytes of the object
   const auto read = Line("lstrlenA", local) + Line("lstrlenA", remote) + Line("lstrlenA", provider);
-  EXPECT_EQ(test::Text(journal), read + Line("LocalAlloc", 0x40, 32) + read +
+  EXPECT_EQ(test::Text(journal), read + Line("LocalAlloc", 0x40, xbuf) + read +
                                      Line("LocalFree", journal.back().arguments.at(0)));
 }
 

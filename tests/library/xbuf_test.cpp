@@ -16,6 +16,8 @@ using test::CallWithWords;
 using test::GuardedBuffer;
 using test::Line;
 
+constexpr DWORD kObject = sizeof(void*) == 4 ? 32 : 48;  // bytes
+
 // What an XBuf has to be, from nothing but its buffer and what is in use; and its buffer's bytes.
 struct Model {
   BYTE* pBuffer = nullptr;
@@ -41,9 +43,15 @@ struct Model {
       EXPECT_EQ(CallWithWords(utXBufGetBlockSize, hXBuf, 0x00010000u | i), sizes[i]);
     }
     EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), cbFront + cbBack);
-    const DWORD fields[] = {UT_XBUF_SIGNATURE, (DWORD)pBuffer, cbBuffer, (DWORD)pFree, Free(),
-                            cbFront,           cbBack,         owns};
-    EXPECT_EQ(std::memcmp(hXBuf, fields, sizeof fields), 0);
+    const std::uintptr_t fields[] = {UT_XBUF_SIGNATURE,
+                                     std::uintptr_t(pBuffer),
+                                     cbBuffer,
+                                     std::uintptr_t(pFree),
+                                     Free(),
+                                     cbFront,
+                                     cbBack,
+                                     owns};
+    if (sizeof(void*) == sizeof(DWORD)) EXPECT_EQ(std::memcmp(hXBuf, fields, sizeof fields), 0);
     EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), pBuffer));
   }
 };
@@ -146,8 +154,9 @@ TEST(XBuf, AllocatesAndFreesInOrder) {
   void* const second = utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER);
   utXBufDestroy(hXBuf);
   EXPECT_EQ(test::Text(host::TakeJournal()),
-            Line("LocalAlloc", 0x40, 32) + Line("LocalAlloc", 0x40, 9) + Line("LocalFree", first) +
-                Line("LocalAlloc", 0x40, 8) + Line("LocalFree", second) + Line("LocalFree", hXBuf));
+            Line("LocalAlloc", 0x40, kObject) + Line("LocalAlloc", 0x40, 9) +
+                Line("LocalFree", first) + Line("LocalAlloc", 0x40, 8) + Line("LocalFree", second) +
+                Line("LocalFree", hXBuf));
 }
 
 TEST(XBuf, RefusesWhatIsNoLivingObject) {
