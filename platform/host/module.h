@@ -63,7 +63,7 @@ class Module {
 
   // Maps the image, relocates it, binds its imports and, unless that is to be skipped, calls its
   // entry with DLL_PROCESS_ATTACH now and with DLL_PROCESS_DETACH at the end.
-  explicit Module(std::span<const unsigned char> file,
+  explicit Module(std::span<const unsigned char> bytes,
                   const ImportResolver& resolve = FindPlatformOperation,
                   EntryCalls entryCalls = EntryCalls::kMake);
   ~Module();
