@@ -2,7 +2,7 @@
 
 #ifdef TAVKIT_NATIVE
 
-void bench::Connect(const std::string&) {
+void bench::Connect() {
 #define UT_ENTRY(ordinal, name, bytes) exports.name = &::name;
 #include <exports.inc>
 #undef UT_ENTRY
@@ -12,8 +12,8 @@ void bench::Connect(const std::string&) {
 
 #include <module.h>
 
-void bench::Connect(const std::string& dll) {
-  static const host::Module module(host::ReadFile(dll));
+void bench::Connect() {
+  static const host::Module module(host::ReadFile(dllPath));
 #define UT_ENTRY(ordinal, name, bytes) \
   exports.name = reinterpret_cast<decltype(exports.name)>(module.Find(ordinal));
 #include <exports.inc>

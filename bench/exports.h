@@ -16,9 +16,12 @@ struct Exports {
 
 inline Exports exports;
 
+// Where the DLL is. A native build has no use for it.
+inline std::string dllPath = "dist/bin/TAVKIT.DLL";
+
 // Fills in the addresses: of the DLL's exports by ordinal, or in a native build of the functions
-// linked into the program, which doesn't look at the path. Throws if the DLL can't be loaded.
-void Connect(const std::string& dll);
+// linked into the program. Throws if the DLL can't be loaded.
+void Connect();
 
 // Both forms of the exports under one name.
 // clang-format off

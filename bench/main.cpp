@@ -3,6 +3,7 @@
 #define CATCH_CONFIG_RUNNER
 #include "measure.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
@@ -13,7 +14,6 @@
 namespace {
 
 struct Options {
-  std::string dll = "dist/bin/TAVKIT.DLL";
   std::string page;
   std::string plot;
   std::string notes;
@@ -59,10 +59,10 @@ void WriteFile(const std::string& path, Write write) {
 int Run(int argc, char** argv) {
   Options options;
   Catch::Session session;
-  session.configData().benchmarkSamples = 20;
+  session.configData().benchmarkSamples = 10;
   session.configData().benchmarkWarmupTime = 0;
   using Catch::clara::Opt;
-  session.cli(session.cli() | Opt(options.dll, "file")["--dll"]("the DLL to load") |
+  session.cli(session.cli() | Opt(bench::dllPath, "file")["--dll"]("the DLL to load") |
               Opt(options.page, "file")["--page"]("write the page there") |
               Opt(options.plot, "file")["--plot"]("write the plot there") |
               Opt(options.notes, "file")["--notes"]("Markdown to put into the page") |
@@ -70,11 +70,12 @@ int Run(int argc, char** argv) {
               Opt(options.emulated)["--emulated"]("say of the figures that an emulator ran it"));
   if (const int error = session.applyCommandLine(argc, argv); error != 0) return error;
   if (session.configData().showHelp) return session.run();
-  bench::Connect(options.dll);
+  bench::Connect();
   bench::timing = !options.check;
   if (const int failed = session.run(); failed != 0 || options.check) return failed;
 
-  const bench::Run run{Subject(options.emulated), Machine(), __VERSION__, ReadText(options.notes)};
+  const bench::Run run{Subject(options.emulated), Machine(), __VERSION__,
+                       std::filesystem::file_size(bench::dllPath), ReadText(options.notes)};
   bench::WriteTable(std::cout, run);
   WriteFile(options.page, [&](std::ostream& out) { bench::WritePage(out, run); });
   WriteFile(options.plot, [&](std::ostream& out) { bench::WritePlot(out, run); });

@@ -32,6 +32,11 @@ class Line {
     for (const auto& figure : figures_) sum += figure.*time;
     return sum / static_cast<double>(figures_.size());
   }
+  unsigned long Most(unsigned long Figure::*count) const {
+    unsigned long most = 0;
+    for (const auto& figure : figures_) most = std::max(most, figure.*count);
+    return most;
+  }
   // Over the whole sweep.
   double Ratio() const {
     return (Mean(&Figure::ours) - Mean(&Figure::platform)) / Mean(&Figure::peers);
@@ -139,7 +144,8 @@ Row RowOf(const Line& line) {
           Time(line.Mean(&Figure::peers)),
           Line::Text("%.2f", line.Ratio()),
           line.WorstText(),
-          Line::Text("%lu : %lu", figure.allocations, figure.peersAllocations),
+          Line::Text("%lu : %lu", line.Most(&Figure::allocations),
+                     line.Most(&Figure::peersAllocations)),
           figure.task.goal == 0 ? "" : Line::Text("%.1f", figure.task.goal),
           line.Verdict()};
 }
@@ -228,7 +234,8 @@ void WritePage(std::ostream& out, const Run& run) {
          "Written by `script/bench`, the plot too; not to be edited. Notes are in "
          "`bench/notes.md`.\n\n"
       << "- Timed: " << run.subject << "\n- Machine: " << run.machine
-      << "\n- Compiler: " << run.compiler << R"(
+      << "\n- Compiler: " << run.compiler
+      << "\n- Size of TAVKIT.DLL: " << Line::Grouped(run.dllSize) << R"( bytes
 
 Each row is one piece of work, done by an export and by a peer in the same process: what a user would
 pick instead. Both give the same answer, which is checked first. They are timed in turn, and the
@@ -236,7 +243,8 @@ shortest of the samples counts, so that what else the machine does stays out. `r
 the peer's, and `outcome` compares it with the goal. Where characters of the code page are stepped
 over, the platform's own calls (`platform`) are taken off our time first. A row of a sweep, 0 to 32,
 has the mean times, the ratio over all of it, and as `worst` the length with the highest ratio; it is
-lost if any length is. `allocations` is ours : the peer's, for the work done once.
+lost if any length is. `allocations` is ours : the peer's, for the work done once; in a
+sweep, the most.
 
 Each export is called through an address, as a program calls an imported function.
 

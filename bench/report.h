@@ -12,7 +12,8 @@ struct Run {
   std::string subject;  // what was timed, and what ran it
   std::string machine;
   std::string compiler;
-  std::string notes;  // on the rows that are lost, in Markdown
+  std::size_t dllSize = 0;  // in bytes
+  std::string notes;        // on the rows that are lost, in Markdown
 };
 
 void WriteTable(std::ostream& out, const Run& run);
