@@ -70,7 +70,7 @@ class Line {
     return text;
   }
 
-  static std::string Grouped(std::size_t number) {
+  static std::string Grouped(std::uintmax_t number) {
     std::string digits = std::to_string(number);
     for (int at = static_cast<int>(digits.size()) - 3; at > 0; at -= 3) {
       digits.insert(static_cast<std::size_t>(at), ",");

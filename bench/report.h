@@ -2,6 +2,7 @@
 #ifndef BENCH_REPORT_H
 #define BENCH_REPORT_H
 
+#include <cstdint>
 #include <ostream>
 #include <string>
 
@@ -12,8 +13,8 @@ struct Run {
   std::string subject;  // what was timed, and what ran it
   std::string machine;
   std::string compiler;
-  std::size_t dllSize = 0;  // in bytes
-  std::string notes;        // on the rows that are lost, in Markdown
+  std::uintmax_t dllSize = 0;  // in bytes
+  std::string notes;           // on the rows that are lost, in Markdown
 };
 
 void WriteTable(std::ostream& out, const Run& run);
