@@ -11,6 +11,12 @@ namespace {
 
 constexpr std::size_t kSweepEnd = 32;
 
+// On any size.
+bool IsSameWork(const Figure& a, const Figure& b) {
+  return a.family == b.family && a.task.operation == b.task.operation &&
+         a.task.input == b.task.input && a.peer == b.peer;
+}
+
 // Figures that make one line of a table: the same work on one size, or on a sweep of small sizes.
 class Line {
  public:
@@ -19,11 +25,8 @@ class Line {
   const Figure& front() const { return figures_.front(); }
 
   bool Takes(const Figure& figure) const {
-    const auto& [family, task, ours, platform, allocations, peer, peers, theirs] = figure;
-    const auto& own = front();
-    return family == own.family && task.operation == own.task.operation &&
-           task.input == own.task.input && peer == own.peer && task.size <= kSweepEnd &&
-           own.task.size <= kSweepEnd;
+    return IsSameWork(front(), figure) && front().task.size <= kSweepEnd &&
+           figure.task.size <= kSweepEnd;
   }
   void Take(const Figure& figure) { figures_.push_back(figure); }
 
@@ -65,7 +68,7 @@ class Line {
 
   template <class... Arguments>
   static std::string Text(const char* format, Arguments... arguments) {
-    char text[64];
+    char text[128];
     std::snprintf(text, sizeof text, format, arguments...);
     return text;
   }
@@ -98,34 +101,30 @@ std::string Time(double nanoseconds) {
   return Line::Text("%.2f ms", nanoseconds / 1'000'000);
 }
 
-// In the order of the operations' first figures, and by peer and size within each.
+// In the order in which the works were first done, each with its sizes together.
 std::vector<Line> Lines() {
-  std::vector<Line> lines;
+  std::vector<std::vector<Figure>> works;
   for (const auto& figure : Figures()) {
-    const auto found = std::find_if(lines.begin(), lines.end(),
-                                    [&](const Line& line) { return line.Takes(figure); });
-    if (found == lines.end()) {
-      lines.emplace_back(figure);
+    const auto found = std::find_if(works.begin(), works.end(), [&](const auto& work) {
+      return IsSameWork(work.front(), figure);
+    });
+    if (found == works.end()) {
+      works.push_back({figure});
     } else {
-      found->Take(figure);
+      found->push_back(figure);
     }
   }
-  const auto first = [&](const Line& line) {
-    return std::find_if(lines.begin(), lines.end(),
-                        [&](const Line& other) {
-                          return other.front().family == line.front().family &&
-                                 other.front().task.operation == line.front().task.operation &&
-                                 other.front().task.input == line.front().task.input &&
-                                 other.front().peer == line.front().peer;
-                        }) -
-           lines.begin();
-  };
-  std::vector<std::pair<std::ptrdiff_t, std::size_t>> order;
-  for (std::size_t i = 0; i < lines.size(); ++i) order.emplace_back(first(lines[i]), i);
-  std::sort(order.begin(), order.end());
-  std::vector<Line> sorted;
-  for (const auto& [key, index] : order) sorted.push_back(lines[index]);
-  return sorted;
+  std::vector<Line> lines;
+  for (const auto& work : works) {
+    for (const auto& figure : work) {
+      if (!lines.empty() && lines.back().Takes(figure)) {
+        lines.back().Take(figure);
+      } else {
+        lines.emplace_back(figure);
+      }
+    }
+  }
+  return lines;
 }
 
 using Row = std::vector<std::string>;
@@ -243,10 +242,15 @@ shortest of the samples counts, so that what else the machine does stays out. `r
 the peer's, and `outcome` compares it with the goal. Where characters of the code page are stepped
 over, the platform's own calls (`platform`) are taken off our time first. A row of a sweep, 0 to 32,
 has the mean times, the ratio over all of it, and as `worst` the length with the highest ratio; it is
-lost if any length is. `allocations` is ours : the peer's, for the work done once; in a
-sweep, the most.
+lost if any length is. `allocations` is ours : the peer's, for the work done once; in a sweep, the
+most.
 
-Each export is called through an address, as a program calls an imported function.
+Each export is called through an address, as a program calls an imported function. A peer marked
+`called` stands in a function of its own; the compiler works the others into their callers where it
+can. A change of a list is taken back in the same piece of work, and a text to be trimmed is put back
+first, on both sides and in both times. PCRE2 and nettle take part where a library of the program's
+width is installed. A vector of strings knows its count, so it has no row beside
+`utMultiAsciizStringCount`.
 
 )";
   out << "## Rows that are lost\n\n";
