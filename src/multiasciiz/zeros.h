@@ -2,26 +2,19 @@
 #ifndef TAVKIT_MULTIASCIIZ_ZEROS_H
 #define TAVKIT_MULTIASCIIZ_ZEROS_H
 
-#include <emmintrin.h>
-
-#include "strings/text.h"
+#include "strings/search.h"
 
 namespace tavkit {
 
-inline constexpr DWORD kBlock = sizeof(__m128i);
-
-// One bit for each byte of an aligned block, set where the byte is zero. A block holds at least one
-// byte of the text and lies in one page, so it may be read whole; only a sanitizer would object.
-__attribute__((no_sanitize("address"))) inline DWORD ZerosOfBlock(uintptr_t block) {
-  static_assert(kBlock == 16);
-  const __m128i bytes = _mm_load_si128(reinterpret_cast<const __m128i*>(block));
-  return static_cast<DWORD>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_setzero_si128())));
+// One bit for each byte of an aligned block, set where the byte is zero.
+inline DWORD ZerosOfBlock(uintptr_t block) {
+  return BitsOf(EqualUnits(LoadBlock(block), _mm_setzero_si128(), ByteText{}));
 }
 
 // The first zero unit of a text that has kUnits - 1 zero units directly in front of it; the text's
 // own start has them too.
 template <class Text, DWORD kUnits>
-Char<Text>* FindZeros(const Char<Text>* psz) {
+TAVKIT_ONCE Char<Text>* FindZeros(const Char<Text>* psz) {
   constexpr DWORD kRun = kUnits * Text::kUnit;
   static_assert(kRun == 1 || kRun == 2 || kRun == 4);
   constexpr DWORD kBefore = kRun - Text::kUnit;
@@ -40,7 +33,7 @@ Char<Text>* FindZeros(const Char<Text>* psz) {
     if (kRun >= 4) runEnds &= runEnds << 2;
     runEnds &= unitEnds;
     if (runEnds != 0) {
-      const DWORD lastByte = static_cast<DWORD>(__builtin_ctz(runEnds)) - kBlock;
+      const DWORD lastByte = LowestBit(runEnds) - kBlock;
       return reinterpret_cast<Char<Text>*>(block + lastByte + 1 - Text::kUnit);
     }
     block += kBlock;

@@ -14,7 +14,7 @@ template <class Text>
 void AppendPathComponent(Char<Text>* pszPath, const Char<Text>* pszComponent) {
   if (pszPath == nullptr) return;
   const Char<Text>* pszLast = CharLast<Text>(pszPath);
-  Char<Text>* pszEnd = FindChar<Text>(pszLast, 0);
+  Char<Text>* pszEnd = FindEnd<Text>(pszLast);
   if (Text::Load(pszLast) != kBackslash) {
     Text::Store(pszEnd, kBackslash);
     Text::Store(++pszEnd, 0);
