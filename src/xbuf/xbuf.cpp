@@ -29,11 +29,8 @@ XBuf* XBuf::FromHandle(HXBUF hXBuf) {
 }
 
 bool XBuf::IsValid(HXBUF hXBuf) {
-  if (hXBuf == nullptr) return false;
   // What isn't an object may have any address, an odd one too.
-  DWORD dwFound;
-  MoveBytes(&dwFound, hXBuf, sizeof dwFound);
-  return dwFound == UT_XBUF_SIGNATURE;
+  return hXBuf != nullptr && ReadValue<DWORD>(hXBuf) == UT_XBUF_SIGNATURE;
 }
 
 void XBuf::Reset() {

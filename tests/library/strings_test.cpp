@@ -238,14 +238,20 @@ TYPED_TEST(StringsTest, CopyAStringWithASecondZeroWhereThereIsRoom) {
 
 TYPED_TEST(StringsTest, CopyOntoThemselvesWhole) {
   using F = TypeParam;
-  const auto text = test::Text<F>("abcdef");
-  for (int i = 0; i < 4 * 4; ++i) {
-    const int from = i % 4, to = i / 4;
-    const auto block = Over(Pattern(7 * this->kUnit + 1), BytesOf(text));  // at an odd address
+  test::Random random(18);
+  for (int i = 0; i < 1000; ++i) {
+    Bytes block(460 + i % 2);  // at odd addresses too
+    for (auto& byte : block) byte = static_cast<unsigned char>(random.Below(256));
+    const DWORD count = random.Below(2u << random.Below(7)), room = 460 / this->kUnit - count;
+    const DWORD from = random.Below(room), to = (from + room + random.Below(41) - 20) % room;
     auto* psz = this->Put(block);
-    EXPECT_EQ(F::CopyMakeAsciiz(psz + from, 3 * this->kUnit, psz + to, 4 * this->kUnit), 1);
-    const auto copied = text.substr(0, to) + text.substr(from, 3);
-    EXPECT_TRUE(this->Holds(Over(block, BytesOf(copied))));
+    const DWORD cbSource = count * this->kUnit;
+    EXPECT_EQ(F::CopyMakeAsciiz(psz + from, cbSource, psz + to, cbSource + this->kUnit), 1);
+    const auto start = block.begin() + from * this->kUnit;
+    Bytes copied(start, start + cbSource);
+    copied.resize(cbSource + this->kUnit);
+    std::copy(copied.begin(), copied.end(), block.begin() + to * this->kUnit);
+    ASSERT_TRUE(this->Holds(block)) << count << " units from " << from << " to " << to;
   }
 }
 
