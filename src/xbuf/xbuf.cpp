@@ -2,8 +2,6 @@
 
 #include <win32.h>
 
-#include "frame/memory.h"
-
 namespace tavkit {
 
 XBuf* XBuf::Allocate() {
@@ -22,15 +20,6 @@ void XBuf::Clear() {
   cbFront = 0;
   cbBack = 0;
   fOwnsBuffer = 0;
-}
-
-XBuf* XBuf::FromHandle(HXBUF hXBuf) {
-  return IsValid(hXBuf) ? reinterpret_cast<XBuf*>(hXBuf) : nullptr;
-}
-
-bool XBuf::IsValid(HXBUF hXBuf) {
-  // What isn't an object may have any address, an odd one too.
-  return hXBuf != nullptr && ReadValue<DWORD>(hXBuf) == UT_XBUF_SIGNATURE;
 }
 
 void XBuf::Reset() {
