@@ -136,7 +136,7 @@ TYPED_TEST(StringsTest, AgreeWithTheModelOnRandomTexts) {
       auto alphabet = this->Alphabet();
       if (i % 2 != 0) alphabet = {alphabet[0], alphabet[1], alphabet[6]};
       const Guard guard = random.Below(2) == 0 ? Guard::kBehind : Guard::kInFront;
-      const Model<TypeParam> model{random.Text(alphabet, 9)};
+      const Model<TypeParam> model{random.Text(alphabet, i % 8 == 7 ? 150 : 9)};
       auto block = BytesOf(model.text);
       if (i % 3 == 0) block.push_back(test::kPattern);  // at an odd address if guarded behind
       SCOPED_TRACE(testing::Message()
@@ -238,14 +238,20 @@ TYPED_TEST(StringsTest, CopyAStringWithASecondZeroWhereThereIsRoom) {
 
 TYPED_TEST(StringsTest, CopyOntoThemselvesWhole) {
   using F = TypeParam;
-  const auto text = test::Text<F>("abcdef");
-  for (int i = 0; i < 4 * 4; ++i) {
-    const int from = i % 4, to = i / 4;
-    const auto block = Over(Pattern(7 * this->kUnit + 1), BytesOf(text));  // at an odd address
+  test::Random random(18);
+  for (int i = 0; i < 1000; ++i) {
+    Bytes block(460 + i % 2);  // at odd addresses too
+    for (auto& byte : block) byte = static_cast<unsigned char>(random.Below(256));
+    const DWORD count = random.Below(2u << random.Below(7)), room = 460 / this->kUnit - count;
+    const DWORD from = random.Below(room), to = (from + room + random.Below(41) - 20) % room;
     auto* psz = this->Put(block);
-    EXPECT_EQ(F::CopyMakeAsciiz(psz + from, 3 * this->kUnit, psz + to, 4 * this->kUnit), 1);
-    const auto copied = text.substr(0, to) + text.substr(from, 3);
-    EXPECT_TRUE(this->Holds(Over(block, BytesOf(copied))));
+    const DWORD cbSource = count * this->kUnit;
+    EXPECT_EQ(F::CopyMakeAsciiz(psz + from, cbSource, psz + to, cbSource + this->kUnit), 1);
+    const auto start = block.begin() + from * this->kUnit;
+    Bytes copied(start, start + cbSource);
+    copied.resize(cbSource + this->kUnit);
+    std::copy(copied.begin(), copied.end(), block.begin() + to * this->kUnit);
+    ASSERT_TRUE(this->Holds(block)) << count << " units from " << from << " to " << to;
   }
 }
 
