@@ -12,7 +12,7 @@ inline void MoveBytes(void* pDest, const void* pSource, DWORD count) {
 }
 
 inline void ZeroBytes(void* pDest, DWORD count) {
-  if (count != 0) __builtin_memset(pDest, 0, count);
+  __builtin_memset(pDest, 0, count);
 }
 
 }  // namespace tavkit

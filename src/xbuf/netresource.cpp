@@ -51,7 +51,8 @@ Record<Form> TakeFields(const Record<Form>* pResource, DWORD dwMask) {
 }
 
 // One string may stand in several fields, so a sum can pass 32 bits although no address space holds
-// as many bytes. It then stays at the top and marks what fits nowhere; a wrapped one could fit.
+// as many bytes. It then stays at the top and marks what fits nowhere; a wrapped one could fit. No
+// test comes here: it takes a string of a gigabyte.
 DWORD AddSizes(DWORD cbFirst, DWORD cbSecond) {
   const DWORD cbTop = ~DWORD{0};
   return cbSecond > cbTop - cbFirst ? cbTop : cbFirst + cbSecond;
