@@ -90,7 +90,8 @@ Process* process;
 
 void* FindExport(const Module& library, std::string_view name) {
   if (!name.starts_with('#')) return library.Find(name);
-  return library.Find(std::strtoul(std::string(name.substr(1)).c_str(), nullptr, 10));
+  const auto ordinal = std::strtoul(std::string(name.substr(1)).c_str(), nullptr, 10);
+  return library.Find(static_cast<unsigned>(ordinal));
 }
 
 void* FindForProgram(std::string_view module, std::string_view name) {
@@ -136,7 +137,8 @@ LPVOID UT_API GetProcAddress(HMODULE hModule, LPCSTR pszName) {
   const auto* const library = process->libraries.Find(hModule);
   if (library == nullptr) return nullptr;
   const auto ordinal = reinterpret_cast<uintptr_t>(pszName);
-  return ordinal < 0x10000 ? library->Find(ordinal) : library->Find(std::string_view(pszName));
+  return ordinal < 0x10000 ? library->Find(static_cast<unsigned>(ordinal))
+                           : library->Find(std::string_view(pszName));
 }
 
 void UT_API ExitProcess(UINT uExitCode) {
