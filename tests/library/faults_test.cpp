@@ -60,7 +60,7 @@ DWORD UseOwnBuffer(Out&) {
   return result;
 }
 
-#define CALL(call) #call, [](Out & to) -> DWORD { return call; }
+#define CALL(call) #call, [](Out & to) -> DWORD { return (void)to, call; }
 DWORD size;
 // clang-format off
 const Row kRows[] = {
@@ -71,7 +71,7 @@ const Row kRows[] = {
     {CALL(utRegSetValue(u, k, "x", 3, "x", 1, 1)), 0, kCode, "", kGoesOn},
     {CALL(utRegSetValue(u, none, "x", 3, "x", 1, 1)), 0, kCode, "", kGoesOn},
     {CALL(utRegDeleteValue(u, k, "sz")), 0, kCode},
-    {CALL(utRegGetValueString(u, k, "sz", "d", to, 9)), 0, kCode, {"d", 2}},
+    {CALL(utRegGetValueString(u, k, "sz", "d", to, 9)), 0, kCode, {"d\0", 3}},
     {CALL(utRegGetValueDword(u, k, "dw", 'M', to)), 0, kCode, {"M\0\0", 4}},
     {CALL(utRegGetValueBool(u, k, "dw", 'M', to)), 0, kCode, {"M\0\0", 4}},
     {CALL(utRegSetValueString(u, none, "x", "x", 1)), 0, kCode, "", kGoesOn},
@@ -82,7 +82,7 @@ const Row kRows[] = {
     {CALL(utRegVerifyPrivateUserValue("s", "sz", "p", to)), 1, 0},
     {CALL(utRegDeletePrivateUserValue("s", "sz", "p")), 1, 0},
     {CALL(utRegDeletePrivateUserKey("s", "p")), 0, kCode},
-    {CALL(utRegGetPrivateUserString("s", "sz", "d", to, 9, "p")), 4, 1, {"d", 2}},
+    {CALL(utRegGetPrivateUserString("s", "sz", "d", to, 9, "p")), 4, 1, {"d\0", 3}},
     {CALL(utRegGetPrivateUserDword("s", "dw", 77, "p")), 5, 77},
     {CALL(utRegGetPrivateUserBool("s", "dw", 55, "p")), 1, 55},
     {CALL((size = 9, utRegGetPrivateUserBinary("s", "sz", nullptr, to, &size, "p"))), 0, kCode},
