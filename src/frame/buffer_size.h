@@ -17,7 +17,8 @@ inline bool IsBuffer(LPCVOID pBuffer, DWORD cbBuffer, DWORD cbNeeded) {
 }
 
 // One string may stand in several places, so a sum can pass 32 bits although no address space holds
-// as many bytes. It then stays at the top and marks what fits nowhere; a wrapped one could fit.
+// as many bytes. It then stays at the top and marks what fits nowhere; a wrapped one could fit. No
+// test makes one wrap: it takes a string of a gigabyte.
 inline DWORD AddSizes(DWORD cbFirst, DWORD cbSecond) {
   const DWORD cbTop = ~DWORD{0};
   return cbSecond > cbTop - cbFirst ? cbTop : cbFirst + cbSecond;

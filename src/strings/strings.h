@@ -140,13 +140,10 @@ DWORD StringSize(const Char<Text>* psz, bool withTerminator) {
 template <class Text>
 bool CopyMakeAsciiz(const void* pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest) {
   if (!IsBuffer(pszDest, cbDest, Text::kUnit)) return false;
-  const DWORD wholeUnits = ~(Text::kUnit - 1);
-  DWORD count = pSource == nullptr ? 0 : cbSource & wholeUnits;
-  if (cbDest != UT_SIZE_UNCHECKED) {
-    const DWORD room = (cbDest & wholeUnits) - Text::kUnit;
-    if (count > room) count = room;
-  }
+  DWORD count = pSource == nullptr ? 0 : cbSource;
+  if (cbDest != UT_SIZE_UNCHECKED && count > cbDest - Text::kUnit) count = cbDest - Text::kUnit;
   MoveBytes(pszDest, pSource, count);
+  // The terminator stands at a whole unit, over the half one that an odd count ends with.
   Text::Store(pszDest + count / Text::kUnit, 0);
   return true;
 }
