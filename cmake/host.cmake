@@ -1,6 +1,7 @@
 # The platform layer on Linux, and what runs on it: natively built tests under sanitizers
 # (TAVKIT_NATIVE), or tests and examples that run on the shipped DLL.
 option(TAVKIT_NATIVE "link the library's own sources, under sanitizers, instead of the DLL" OFF)
+option(TAVKIT_FUZZ "build the fuzz targets, on those sources" OFF)
 
 set(CMAKE_C_FLAGS_RELEASE "-O1 -g")
 set(CMAKE_CXX_FLAGS_RELEASE "-O1 -g")
@@ -73,4 +74,8 @@ else()
     target_link_libraries(${example} PRIVATE tavkit)
     target_compile_options(${example} PRIVATE ${warnings})
   endforeach()
+endif()
+
+if(TAVKIT_FUZZ)
+  include(cmake/fuzz.cmake)
 endif()
