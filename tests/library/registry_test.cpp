@@ -409,8 +409,10 @@ PROPERTY(PrivateSettings, LiveAsAMap, 80) {
       buffer.Refill();
       const std::string before(buffer.size(), static_cast<char>(test::kPattern));
       const auto after = BufferWith(value, pszDefault, before);
-      utRegGetPrivateUserString(section, name, pszDefault, buffer.As<char>(), buffer.size(),
-                                product);
+      const bool isRead = fits && value->first == REG_SZ;
+      EXPECT_EQ(utRegGetPrivateUserString(section, name, pszDefault, buffer.As<char>(),
+                                          buffer.size(), product),
+                std::min(after.find('\0'), isRead ? value->second.size() : after.size()));
       EXPECT_EQ(std::string(buffer.As<char>(), buffer.size()), after);
     }
   }

@@ -72,28 +72,37 @@ struct Checks : test::Ground<F> {
     }
   }
 
-  // The parts of a name, each cut to a buffer of its own.
+  // What a part leaves in a buffer that it is cut to. A whole name comes with a second zero.
+  static Bytes Cut(const std::string& text, DWORD size, std::size_t zeros = 1) {
+    if (size < kUnit) return Pattern(size);
+    auto bytes = test::BytesOf(test::Text<F>(text.substr(0, size / kUnit - 1)), zeros);
+    bytes.resize(std::min<std::size_t>(bytes.size(), size / kUnit * kUnit));
+    return Over(Pattern(size), bytes);
+  }
+
+  // The parts of a name, each cut to a buffer of its own, and unchecked where there is room.
   void CheckCuts(const std::string& name, DWORD size1, DWORD size2, DWORD size3) {
-    const auto cut = [](const std::string& text, DWORD size) {
-      const auto bytes = size < kUnit ? Bytes{} : BytesOf(text.substr(0, size / kUnit - 1));
-      return Over(Pattern(size), bytes);
-    };
     const auto expected = Parse(name);
     const auto [first, second] = expected.separators;
     const auto* psz = Argument(0, name.c_str());
+    const auto size = [&](test::GuardedBuffer& buffer) {
+      return buffer.size() >= (name.size() + 2) * kUnit ? UT_SIZE_UNCHECKED : buffer.size();
+    };
     test::GuardedBuffer server(size1), resource(size2), path(size3);
-    F::BreakUNCName(psz, server.As<Char>(), size1, resource.As<Char>(), size2, path.As<Char>(),
-                    size3);
-    EXPECT_EQ(server.Bytes(), cut(expected.parts[0], size1));
-    EXPECT_EQ(resource.Bytes(), cut(expected.parts[1], size2));
-    EXPECT_EQ(path.Bytes(), cut(expected.parts[2], size3));
+    F::BreakUNCName(psz, server.As<Char>(), size(server), resource.As<Char>(), size(resource),
+                    path.As<Char>(), size(path));
+    EXPECT_EQ(server.Bytes(), Cut(expected.parts[0], size1));
+    EXPECT_EQ(resource.Bytes(), Cut(expected.parts[1], size2));
+    EXPECT_EQ(path.Bytes(), Cut(expected.parts[2], size3));
     server.Refill();
     resource.Refill();
-    const bool hasRoom1 = size1 >= kUnit, hasRoom2 = size2 >= kUnit;
-    EXPECT_EQ(F::ExtractServer(psz, server.As<Char>(), size1), expected.isUnc && hasRoom1);
-    EXPECT_EQ(F::ExtractServerResource(psz, resource.As<Char>(), size2), first != 0 && hasRoom2);
-    if (first != 0) EXPECT_EQ(server.Bytes(), cut(name.substr(0, first), size1));
-    if (second != 0) EXPECT_EQ(resource.Bytes(), cut(name.substr(0, second), size2));
+    const bool isCut1 = expected.isUnc && size1 >= kUnit, isCut2 = first != 0 && size2 >= kUnit;
+    EXPECT_EQ(F::ExtractServer(psz, server.As<Char>(), size(server)), isCut1);
+    EXPECT_EQ(F::ExtractServerResource(psz, resource.As<Char>(), size(resource)), isCut2);
+    const auto whole1 = first == 0 ? Cut(name, size1, 2) : Cut(name.substr(0, first), size1);
+    const auto whole2 = second == 0 ? Cut(name, size2, 2) : Cut(name.substr(0, second), size2);
+    EXPECT_EQ(server.Bytes(), isCut1 ? whole1 : Pattern(size1));
+    EXPECT_EQ(resource.Bytes(), isCut2 ? whole2 : Pattern(size2));
   }
 
   void CheckParse(const std::string& name) {
@@ -194,8 +203,8 @@ struct Checks : test::Ground<F> {
       case 0:
         return CheckParse("\\\\" + texts[0]);
       case 5:
-        return CheckCuts("\\\\" + texts[0], choices.Below(30), choices.Below(30),
-                         choices.Below(30));
+        return CheckCuts("\\\\" + texts[0], choices.Below(40), choices.Below(40),
+                         choices.Below(40));
       case 1:
         return CheckAppend(texts[0], parts[1]);
       case 2:
@@ -231,51 +240,10 @@ TYPED_TEST(UncTest, ParseEveryShortName) {
   }
 }
 
-TYPED_TEST(UncTest, CutComponentsToTheirBuffers) {
-  using F = TypeParam;
-  using Char = typename F::Char;
-  const auto* psz = this->Argument(0, "\\\\server\\share\\path");
-  test::GuardedBuffer server(4 * this->kUnit), resource(this->kUnit), path(this->kUnit - 1);
-  EXPECT_EQ(F::BreakUNCName(psz, server.As<Char>(), server.size(), resource.As<Char>(),
-                            resource.size(), path.As<Char>(), path.size()),
-            7u);
-  EXPECT_EQ(server.Bytes(), this->BytesOf("ser"));
-  EXPECT_EQ(resource.Bytes(), this->BytesOf(""));
-  EXPECT_TRUE(path.IsUntouched());
-  for (auto* extract : {F::ExtractServer, F::ExtractServerResource}) {
-    EXPECT_EQ(extract(psz, this->Put(Pattern(5 * this->kUnit)), 5 * this->kUnit), 1);
-    EXPECT_TRUE(this->Holds(this->BytesOf("\\\\se")));
-    EXPECT_EQ(extract(psz, path.As<Char>(), path.size()), 0);
-    EXPECT_EQ(extract(psz, nullptr, UT_SIZE_UNCHECKED), 0);
-  }
-}
-
-TYPED_TEST(UncTest, StoreNothingBehindTheCopies) {
-  using F = TypeParam;
-  const struct {
-    decltype(F::ExtractServer) extract;
-    Part name, out;
-    std::size_t zeros;  // a whole name comes with a second one
-  } cases[] = {{F::ExtractServer, "\\\\s", "\\\\s", 2},
-               {F::ExtractServer, "\\\\s\\", "\\\\s", 1},
-               {F::ExtractServerResource, "\\\\s\\r", "\\\\s\\r", 2},
-               {F::ExtractServerResource, "\\\\s\\r\\", "\\\\s\\r", 1}};
-  for (const DWORD cbOut : {30u, UT_SIZE_UNCHECKED}) {
-    for (const auto& row : cases) {
-      EXPECT_EQ(row.extract(this->Argument(0, row.name), this->Put(Pattern(30)), cbOut), 1);
-      EXPECT_TRUE(this->Holds(Over(Pattern(30), test::BytesOf(test::Text<F>(row.out), row.zeros))))
-          << row.name;
-    }
-    const DWORD third = 10 / this->kUnit, size = cbOut == 30 ? 10 : cbOut;
-    auto* out = this->Put(Pattern(30));
-    F::BreakUNCName(this->Argument(0, "\\\\s\\re\\p"), out, size, out + third, size,
-                    out + 2 * third, size);
-    Bytes expected;
-    for (const Part part : {"s", "re", "p"}) {
-      const auto slot = Over(Pattern(10), this->BytesOf(part));
-      expected.insert(expected.end(), slot.begin(), slot.end());
-    }
-    EXPECT_TRUE(this->Holds(expected));
+TYPED_TEST(UncTest, CutComponentsToEverySize) {
+  for (const Part name :
+       {"\\\\s", "\\\\s\\", "\\\\s\\re", "\\\\s\\re\\p", "\\\\server\\share\\path"}) {
+    for (DWORD size = 0; size < 50; ++size) this->CheckCuts(name, size, size, size);
   }
 }
 
@@ -289,6 +257,8 @@ TYPED_TEST(UncTest, AnswerNullAndWhatIsNoName) {
   EXPECT_EQ(found, mark);
   EXPECT_EQ(F::BreakUNCName(nullptr, mark, 8, mark, 8, mark, 8), 0u);
   EXPECT_EQ(F::CheckUNCName(nullptr), 0u);
+  EXPECT_EQ(F::ExtractServer(psz, nullptr, UT_SIZE_UNCHECKED), 0);
+  EXPECT_EQ(F::ExtractServerResource(psz, nullptr, UT_SIZE_UNCHECKED), 0);
   for (const auto* none : {psz + 1, psz + 2, static_cast<decltype(psz)>(nullptr)}) {
     EXPECT_EQ(F::ExtractServer(none, mark, 8), 0);
     EXPECT_EQ(F::ExtractServerResource(none, mark, 8), 0);
