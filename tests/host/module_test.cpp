@@ -249,8 +249,11 @@ PROPERTY(ModuleLoader, SurvivesChangedTables, 1000) {
       offsets.push_back(Pointed(dll, at.Directory(index)));
     }
     const auto exports = offsets[4], imports = offsets[5];
-    offsets.push_back(Pointed(dll, exports + offsetof(pe::ExportDirectory, functions)));
-    offsets.push_back(Pointed(dll, exports + offsetof(pe::ExportDirectory, names)));
+    using Exports = pe::ExportDirectory;
+    for (const auto field : {offsetof(Exports, functions), offsetof(Exports, names),
+                             offsetof(Exports, nameOrdinals)}) {
+      offsets.push_back(Pointed(dll, exports + field));
+    }
     offsets.push_back(Pointed(dll, imports));
     return offsets;
   }();
@@ -259,16 +262,21 @@ PROPERTY(ModuleLoader, SurvivesChangedTables, 1000) {
   // Most of the time goes into the names.
   if (choices.Below(4) != 3) Put(changed, tables[4] + offsetof(pe::ExportDirectory, nameCount), 5);
   do {
-    const std::size_t offset = choices.Of(tables) + choices.Below(160);
+    // Most fields that count stand at the front of a table; some fit another field's number.
+    const auto field = [&] {
+      return choices.Of(tables) + 2 * choices.Below(choices.Of<unsigned>({16, 80}));
+    };
+    const std::size_t offset = field();
     const auto old = Get<std::uint32_t>(changed, offset);
+    const auto other = Get<std::uint32_t>(changed, field());
     Put(changed, offset,
         choices.Of<std::uint32_t>({0, 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFC, ~0u,
-                                   old ^ 1u << choices.Below(32), old + choices.Below(9) - 4,
-                                   choices.Below(0x10000)}),
-        1u << choices.Below(3));
+                                   old ^ 1u << choices.Below(32), old + choices.Below(3) - 1,
+                                   other + choices.Below(3) - 1, choices.Below(0x10000)}),
+        choices.Of<unsigned>({2, 4}));
   } while (choices.Below(3) != 0);
   if (choices.Below(8) == 0) changed.resize(choices.Below(2 * dll.size()));
-  if (choices.Below(4) == 0) MendChecksum(changed);
+  if (choices.Below(16) == 0) MendChecksum(changed);
   Refusal(changed);
   EXPECT_EQ(host::Mapping::Living(), 0u);
 }

@@ -362,7 +362,7 @@ PROPERTY(PrivateSettings, LiveAsAMap, 80) {
       if (part != nullptr && *part != 0) place += host::FoldName(part) + '\\';
     }
     place += '=' + host::FoldName(name == nullptr ? "" : name);
-    const bool isThere = model.contains(place);
+    const bool wasThere = model.contains(place);
     SCOPED_TRACE(std::to_string(step) + ": " + place);
 
     const auto kind = choices.Below(8);
@@ -379,42 +379,44 @@ PROPERTY(PrivateSettings, LiveAsAMap, 80) {
     } else if (kind == 3) {
       const auto path = PathOf(product, section);
       const auto type = choices.Of<DWORD>({REG_BINARY, REG_SZ, REG_DWORD, REG_EXPAND_SZ, 99});
-      const auto data = choices.Text<char>({0, 1, 'O', 'n', 'N', static_cast<char>(0x81)}, 50);
+      const auto data =
+          choices.Text<char>({0, 1, 'O', 'n', 'N', '\x81'}, choices.Of<unsigned>({5, 60}));
       Put(path.c_str(), name, type, data);
       model[place] = {type, data};
     } else if (kind == 4) {
-      EXPECT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), isThere);
+      EXPECT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), wasThere);
       model.erase(place);
-    } else {
-      const Value* value = isThere ? &model[place] : nullptr;
-      GuardedBuffer buffer(choices.Below(64));
-      DWORD type = 99, size = buffer.size();
-      const DWORD code =
-          utRegGetPrivateUserBinary(section, name, &type, buffer.data(), &size, product);
-      const bool fits = isThere && value->second.size() <= buffer.size();
-      EXPECT_EQ(code, fits ? 0u : isThere ? 234u : 2u);
-      EXPECT_EQ(type, isThere ? value->first : 99);
-      if (isThere) EXPECT_EQ(size, value->second.size());
-      if (fits) EXPECT_EQ(std::memcmp(buffer.data(), value->second.data(), size), 0);
-      EXPECT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), isThere);
-      DWORD number = 9;
-      if (isThere && value->first == REG_DWORD && value->second.size() <= 4) {
-        number = 0;
-        std::memcpy(&number, value->second.data(), value->second.size());
-      }
-      EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product), number);
-      EXPECT_EQ(utRegGetPrivateUserBool(section, name, 55, product),
-                isThere ? BoolOf(*value, 55) : 55);
-      const char* pszDefault = choices.Of<const char*>({nullptr, "", "none"});
-      buffer.Refill();
-      const std::string before(buffer.size(), static_cast<char>(test::kPattern));
-      const auto after = BufferWith(value, pszDefault, before);
-      const bool isRead = fits && value->first == REG_SZ;
-      EXPECT_EQ(utRegGetPrivateUserString(section, name, pszDefault, buffer.As<char>(),
-                                          buffer.size(), product),
-                std::min(after.find('\0'), isRead ? value->second.size() : after.size()));
-      EXPECT_EQ(std::string(buffer.As<char>(), buffer.size()), after);
     }
+
+    const bool isThere = model.contains(place);
+    const Value* value = isThere ? &model[place] : nullptr;
+    GuardedBuffer buffer(choices.Below(64));
+    DWORD type = 99, size = buffer.size();
+    const DWORD code =
+        utRegGetPrivateUserBinary(section, name, &type, buffer.data(), &size, product);
+    const bool fits = isThere && value->second.size() <= buffer.size();
+    EXPECT_EQ(code, fits ? 0u : isThere ? 234u : 2u);
+    EXPECT_EQ(type, isThere ? value->first : 99);
+    if (isThere) EXPECT_EQ(size, value->second.size());
+    if (fits) EXPECT_EQ(std::memcmp(buffer.data(), value->second.data(), size), 0);
+    EXPECT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), isThere);
+    DWORD number = 9;
+    if (isThere && value->first == REG_DWORD && value->second.size() <= 4) {
+      number = 0;
+      std::memcpy(&number, value->second.data(), value->second.size());
+    }
+    EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product), number);
+    EXPECT_EQ(utRegGetPrivateUserBool(section, name, 55, product),
+              isThere ? BoolOf(*value, 55) : 55);
+    const char* pszDefault = choices.Of<const char*>({nullptr, "", "none"});
+    buffer.Refill();
+    const std::string before(buffer.size(), static_cast<char>(test::kPattern));
+    const auto after = BufferWith(value, pszDefault, before);
+    const bool isRead = fits && value->first == REG_SZ;
+    EXPECT_EQ(utRegGetPrivateUserString(section, name, pszDefault, buffer.As<char>(), buffer.size(),
+                                        product),
+              std::min(after.find('\0'), isRead ? value->second.size() : after.size()));
+    EXPECT_EQ(std::string(buffer.As<char>(), buffer.size()), after);
   }
 }
 

@@ -75,12 +75,7 @@ constexpr Times kTimes = {{0x09ACA700, 0x01BD2870},
                           18 << 9 | 1 << 5 | 24,
                           2 << 11 | 30 << 5 | 15};
 
-std::uint64_t MinutesOf(INT nMode) {
-  return nMode == UT_TIME_LOCAL_TO_UTC ? kBias : nMode == UT_TIME_UTC_TO_LOCAL ? -kBias : 0;
-}
-FILETIME Crossed(INT nMode) {
-  return FileTime(Ticks(kTimes.file) + MinutesOf(nMode) * 60'000 * kTicks);
-}
+bool Crosses(INT nMode) { return nMode == UT_TIME_LOCAL_TO_UTC || nMode == UT_TIME_UTC_TO_LOCAL; }
 
 // What a conversion writes: one of the forms.
 union Target {
@@ -115,25 +110,7 @@ const Conversion kConversions[] = {
 };
 #undef CALL
 
-Target Expected(const std::string& after, INT nMode) {
-  Target expected;
-  const FILETIME ft = Crossed(nMode);
-  if (after.empty()) expected.file = ft;
-  if (after == kToSystem) FileTimeToSystemTime(&ft, &expected.system);
-  if (after == kToDos) FileTimeToDosDateTime(&ft, &expected.dos[0], &expected.dos[1]);
-  return expected;
-}
-
-std::vector<std::string> StepsOf(const Conversion& conversion, INT nMode) {
-  const auto* crossing = nMode == UT_TIME_LOCAL_TO_UTC   ? "LocalFileTimeToFileTime"
-                         : nMode == UT_TIME_UTC_TO_LOCAL ? "FileTimeToLocalFileTime"
-                                                         : "";
-  std::vector<std::string> steps = {conversion.before, crossing, conversion.after};
-  std::erase(steps, "");
-  return steps;
-}
-
-// The same for any time, by the platform's own operations; nothing if one of them refuses it.
+// What a conversion writes, by the platform's own operations; nothing if one of them refuses it.
 std::optional<Target> Converted(const Conversion& conversion, const Times& from, INT nMode) {
   Target to;
   FILETIME ft = from.file;
@@ -150,6 +127,15 @@ std::optional<Target> Converted(const Conversion& conversion, const Times& from,
     works = FileTimeToDosDateTime(&ft, &to.dos[0], &to.dos[1]);
   }
   return works ? std::optional(to) : std::nullopt;
+}
+
+std::vector<std::string> StepsOf(const Conversion& conversion, INT nMode) {
+  const auto* crossing = nMode == UT_TIME_LOCAL_TO_UTC   ? "LocalFileTimeToFileTime"
+                         : nMode == UT_TIME_UTC_TO_LOCAL ? "FileTimeToLocalFileTime"
+                                                         : "";
+  std::vector<std::string> steps = {conversion.before, crossing, conversion.after};
+  std::erase(steps, "");
+  return steps;
 }
 
 PROPERTY(TimeConversion, AgreesWithThePlatform, 2000) {
@@ -179,9 +165,9 @@ TEST(TimeConversion, MakesItsStepsInOrderAndStopsAtAFailure) {
     for (const INT nMode : kModes) {
       const auto steps = StepsOf(conversion, nMode);
       SCOPED_TRACE(testing::PrintToString(steps) + " with " + std::to_string(nMode));
-      const auto expected = Expected(conversion.after, nMode);
+      const auto expected = *Converted(conversion, kTimes, nMode);
       const bool isShort = nMode == UT_TIME_AS_IS && !conversion.before.empty();
-      const bool endsWithCopy = conversion.after.empty() && MinutesOf(nMode) == 0 && !isShort;
+      const bool endsWithCopy = conversion.after.empty() && !Crosses(nMode) && !isShort;
       std::size_t run = 0;
       const unsigned failures = test::ForEachFailure(0, [&] {
         Target target;
@@ -215,13 +201,14 @@ TEST(TimeConversion, WorksInPlace) {
   host::SetZoneBias(kBias);
   host::SetTimeSuccess(kSuccess);
   for (const INT nMode : kModes) {
-    const bool crosses = MinutesOf(nMode) != 0;
+    const bool crosses = Crosses(nMode);
     for (const bool fails : {false, true}) {
       FILETIME ft = kTimes.file;
       host::FailCall(fails);
       host::StartJournal();
       EXPECT_EQ(utConvertFileTime(&ft, &ft, nMode), !crosses ? 1 : fails ? 0 : kSuccess);
-      EXPECT_EQ(Ticks(ft), Ticks(fails ? kTimes.file : Crossed(nMode)));
+      EXPECT_EQ(Ticks(ft),
+                Ticks(fails ? kTimes.file : Converted(kConversions[0], kTimes, nMode)->file));
       for (const auto& call : host::TakeJournal()) EXPECT_NE(call.arguments[1], Word(&ft));
     }
     Target record;
@@ -229,7 +216,7 @@ TEST(TimeConversion, WorksInPlace) {
     record.system.wDayOfWeek = 99;  // ignored on the way in, filled in on the way out
     host::FailCall(0);
     EXPECT_EQ(utConvertSystemTime(&record.system, &record.system, nMode), kSuccess);
-    EXPECT_TRUE(record == Expected(kToSystem, nMode));
+    EXPECT_TRUE(record == Converted(kConversions[5], kTimes, nMode));
   }
 }
 
@@ -292,7 +279,7 @@ TEST(Time, CountsSixteenBitArgumentsByTheirLowHalf) {
   Target to;
   const DWORD date = high | kTimes.date, time = high | kTimes.time;
   EXPECT_EQ(CallWithWords(utDosDateTimeToSystemTime, date, time, &to.system, 3), 1);
-  EXPECT_TRUE(to == Expected(kToSystem, 3));
+  EXPECT_TRUE(to == Converted(kConversions[6], kTimes, 3));
   EXPECT_EQ(CallWithWords(utHour24to12, high | 13u), 1);
   EXPECT_EQ(CallWithWords(utIsLeapYear, high | 1996u), 1);
   EXPECT_EQ(CallWithWords(utDaysInMonth, high | 2000u, high | 2u), 29);

@@ -98,6 +98,7 @@ inline void Check(const Property& property, Choices& choices) {
   static const test::Property kAs##suite##name =                                     \
       test::Properties().emplace_back(#suite "." #name, suite##name);                \
   TEST(suite, name) {                                                                \
+    using namespace std::string_view_literals;                                       \
     for (const std::string_view find : std::vector<std::string_view>{__VA_ARGS__}) { \
       test::Input input(find);                                                       \
       test::Check(kAs##suite##name, input);                                          \
