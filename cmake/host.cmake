@@ -2,6 +2,7 @@
 # (TAVKIT_NATIVE), or tests and examples that run on the shipped DLL.
 option(TAVKIT_NATIVE "link the library's own sources instead of the DLL" OFF)
 set(TAVKIT_INSTRUMENTS "" CACHE STRING "what the compiler builds into a native build")
+option(TAVKIT_FUZZ "build the fuzz targets, on those sources" OFF)
 
 set(CMAKE_C_FLAGS_RELEASE "-O1 -g")
 set(CMAKE_CXX_FLAGS_RELEASE "-O1 -g")
@@ -113,4 +114,7 @@ endif()
 if(BENCH_NETTLE)
   target_compile_definitions(bench PRIVATE BENCH_NETTLE)
   target_link_libraries(bench PRIVATE nettle)
+endif()
+if(TAVKIT_FUZZ)
+  include(cmake/fuzz.cmake)
 endif()

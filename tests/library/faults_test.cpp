@@ -60,7 +60,7 @@ DWORD UseOwnBuffer(Out&) {
   return result;
 }
 
-#define CALL(call) #call, [](Out & to) -> DWORD { return (void)to, call; }
+#define CALL(call) #call, [](Out& to) -> DWORD { return (void)to, call; }
 DWORD size;
 // clang-format off
 const Row kRows[] = {

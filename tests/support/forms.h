@@ -49,10 +49,15 @@ struct FormNames {
   }
 };
 
-// A text in the units of a form, one for each character.
+// A text in the units of a form, one for each byte. In place of those above 0x7F stand wide units
+// whose low byte is a character that they must not be taken for.
 template <class Form>
 std::basic_string<typename Form::Char> Text(std::string_view text) {
-  return {text.begin(), text.end()};
+  std::basic_string<typename Form::Char> units(text.begin(), text.end());
+  if constexpr (Form::kIsWide) {
+    for (auto& unit : units) unit = unit > 0x7F ? 0x0100 | (unit & 0x7F) : unit;
+  }
+  return units;
 }
 
 // Bytes of `units` units of a form.
