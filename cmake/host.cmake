@@ -13,7 +13,10 @@ add_link_options(${TAVKIT_INSTRUMENTS})
 
 generate_from(exports.inc UT_EXPORT entries FROM ${public_headers})
 generate_from(imports.inc UT_IMPORT entries FROM ${platform_header})
-add_custom_target(tables DEPENDS ${generated}/exports.inc ${generated}/imports.inc)
+generate_from(program_imports.inc UT_IMPORT entries
+              FROM ${PROJECT_SOURCE_DIR}/platform/host/program_operations.h)
+add_custom_target(tables DEPENDS ${generated}/exports.inc ${generated}/imports.inc
+                                 ${generated}/program_imports.inc)
 
 add_library(tavkit_headers INTERFACE)
 target_include_directories(tavkit_headers INTERFACE include platform ${generated})
@@ -22,7 +25,7 @@ add_dependencies(tavkit_headers tables)
 
 # Code of the DLL keeps the stack 4-byte aligned only, so what it calls aligns the stack for itself.
 file(GLOB host_sources CONFIGURE_DEPENDS platform/host/*.cpp)
-list(FILTER host_sources EXCLUDE REGEX "/client.cpp$")
+list(FILTER host_sources EXCLUDE REGEX "/(client|run_program).cpp$")
 add_library(host_platform STATIC ${host_sources})
 target_link_libraries(host_platform PUBLIC tavkit_headers)
 target_include_directories(host_platform PUBLIC platform/host)
@@ -67,6 +70,10 @@ if(TAVKIT_NATIVE AND CMAKE_SIZEOF_VOID_P EQUAL 4)
   target_compile_options(host_tests PRIVATE ${warnings} -Wno-conversion ${quick})
   target_precompile_headers(host_tests REUSE_FROM library_tests)
 elseif(NOT TAVKIT_NATIVE)
+  add_executable(run_program platform/host/run_program.cpp)
+  target_link_libraries(run_program PRIVATE host_platform)
+  target_compile_options(run_program PRIVATE ${warnings})
+
   file(GLOB examples CONFIGURE_DEPENDS examples/*.cpp)
   foreach(source ${examples})
     cmake_path(GET source STEM example)

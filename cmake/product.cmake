@@ -31,7 +31,7 @@ target_compile_definitions(tavkit PRIVATE TAVKIT_BUILDING TAVKIT_NO_WINDOWS_H)
 target_compile_options(
   tavkit
   PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${warnings};${freestanding};-ffreestanding;-msse2;-gcodeview;
-          -mno-incremental-linker-compatible;-ffile-compilation-dir=.;
+          SHELL:-Xclang -cfguard;-mno-incremental-linker-compatible;-ffile-compilation-dir=.;
           -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
 set_source_files_properties(src/frame/memory.cpp PROPERTIES COMPILE_OPTIONS -fno-builtin)
 
@@ -48,8 +48,24 @@ target_link_options(
   "SHELL:-Xlinker /def:generated/tavkit.def"
   "SHELL:-Xlinker /subsystem:windows,5.01"
   "SHELL:-Xlinker /opt:ref,noicf"
+  "SHELL:-Xlinker /guard:cf,nolongjmp"
   "SHELL:-Xlinker /debug"
   "SHELL:-Xlinker /pdbaltpath:%_PDB%"
   "SHELL:-Xlinker /pdbsourcepath:."
   "SHELL:-Xlinker /Brepro"
   "SHELL:-Xlinker /release")
+
+# What the package holds. The change notes and the reference are there once they have been written.
+include(CMakePackageConfigHelpers)
+write_basic_package_version_file(${generated}/tavkit-config-version.cmake
+                                 COMPATIBILITY SameMajorVersion)
+install(TARGETS tavkit RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
+install(FILES ${PROJECT_BINARY_DIR}/TAVKIT.pdb DESTINATION bin)
+install(DIRECTORY include DESTINATION .)
+install(FILES cmake/package/tavkit-config.cmake ${generated}/tavkit-config-version.cmake
+        DESTINATION lib/cmake/tavkit)
+install(DIRECTORY examples/consumer/ DESTINATION example)
+install(FILES cmake/windows-i386.cmake DESTINATION example)
+install(FILES docs/package/README.md DESTINATION .)
+install(FILES CHANGELOG.md LICENSE DESTINATION . OPTIONAL)
+install(DIRECTORY build/docs/html/ DESTINATION doc OPTIONAL)

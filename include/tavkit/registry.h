@@ -100,7 +100,7 @@ DWORD UT_API utRegGetValueString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueNam
 
 /**
  * Reads a number, or puts a default in its place. Only REG_DWORD is taken; one that was stored with
- * fewer than four bytes is read as if zeros followed.
+ * fewer than four bytes leaves the other bytes of *pdwValue as they were.
  *
  * @param hKey, pszSubKey, pszValueName the value.
  * @param dwDefault the number to store at a failure.
@@ -262,15 +262,15 @@ UT_EXPORT(86) DWORD UT_API utRegDeletePrivateUserKey(LPCSTR pszSection, LPCSTR p
  * @param cbBuffer   as for utRegGetValueString, UT_SIZE_UNCHECKED included; 0 gives 0.
  * @return the bytes in front of the terminator, which doesn't tell a stored text from the default.
  *         For a text stored without a terminator, the bytes up to the next zero in the buffer, or
- *         its size if there is none; with UT_SIZE_UNCHECKED no zero behind it is looked for. 0,
- *         with the buffer untouched, if the path doesn't fit.
+ *         those of the text if there is none; with UT_SIZE_UNCHECKED no zero behind it is looked
+ *         for. 0, with the buffer untouched, if the path doesn't fit.
  */
 UT_EXPORT(74)
 DWORD UT_API utRegGetPrivateUserString(LPCSTR pszSection, LPCSTR pszValueName, LPCSTR pszDefault,
                                        LPSTR pszBuffer, DWORD cbBuffer, LPCSTR pszProduct);
 
 /**
- * Reads a number as utRegGetValueDword does.
+ * Reads a number as utRegGetValueDword does; bytes that a short one lacks are zero.
  *
  * @param pszSection, pszValueName, pszProduct the setting.
  * @param dwDefault what to give at any failure.

@@ -1,7 +1,11 @@
-// The table of the platform layer's operations, by system module.
+// The tables of the platform layer's operations, by system module.
 #include <strings.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "module.h"
+#include "program_operations.h"
 
 namespace host {
 namespace {
@@ -16,18 +20,36 @@ struct Operation {
 const Operation kOperations[] = {
 #include <imports.inc>
 };
+const Operation kProgramOperations[] = {
+#include <program_imports.inc>
+};
 #undef UT_ENTRY
+
+// The name of a system module counts without regard to case.
+bool IsOf(const Operation& operation, std::string_view module) {
+  return strcasecmp(std::string(module).c_str(), operation.module) == 0;
+}
+
+void* Find(std::span<const Operation> operations, std::string_view module, std::string_view name) {
+  for (const auto& operation : operations) {
+    if (name == operation.name && IsOf(operation, module)) return operation.address;
+  }
+  return nullptr;
+}
 
 }  // namespace
 
 void* FindPlatformOperation(std::string_view module, std::string_view name) {
-  for (const auto& operation : kOperations) {
-    // The name of a system module counts without regard to case.
-    if (name == operation.name && strcasecmp(std::string(module).c_str(), operation.module) == 0) {
-      return operation.address;
-    }
-  }
-  return nullptr;
+  return Find(kOperations, module, name);
+}
+
+void* FindProgramOperation(std::string_view module, std::string_view name) {
+  return Find(kProgramOperations, module, name);
+}
+
+bool IsSystemModule(std::string_view module) {
+  return std::any_of(std::begin(kOperations), std::end(kOperations),
+                     [=](const auto& operation) { return IsOf(operation, module); });
 }
 
 }  // namespace host

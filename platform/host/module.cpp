@@ -101,7 +101,20 @@ void CheckSection(const pe::SectionHeader& section, std::uint32_t lowestRva, con
   file.Range(section.fileOffset, section.fileSize, "a section's data");
 }
 
-Headers ReadHeaders(const View& file) {
+void CheckFileHeader(const pe::FileHeader& header, Module::Kind kind) {
+  Require(header.machine == pe::kMachineI386, "the image is not for the i386");
+  const bool isLinked = (header.characteristics & pe::kIsExecutable) != 0;
+  const bool isDll = (header.characteristics & pe::kIsDll) != 0;
+  Require(kind != Module::Kind::kDll || (isLinked && isDll), "the image is not a linked DLL");
+  Require(kind != Module::Kind::kProgram || (isLinked && !isDll),
+          "the image is not a linked program");
+  Require((header.characteristics & pe::kRelocationsStripped) == 0,
+          "the image has no relocations: link it without /fixed");
+  Require(header.optionalHeaderSize == sizeof(pe::OptionalHeader),
+          "the optional header has an unknown size");
+}
+
+Headers ReadHeaders(const View& file, Module::Kind kind) {
   Require(file.At<std::uint16_t>(0, "the DOS header") == pe::kDosMagic,
           "the file does not begin with MZ");
   std::size_t offset = file.At<std::uint32_t>(pe::kDosHeaderOffset, "the DOS header");
@@ -111,14 +124,7 @@ Headers ReadHeaders(const View& file) {
 
   Headers headers{};
   headers.file = file.At<pe::FileHeader>(offset, "the file header");
-  Require(headers.file.machine == pe::kMachineI386, "the image is not for the i386");
-  Require((headers.file.characteristics & pe::kIsExecutable) != 0 &&
-              (headers.file.characteristics & pe::kIsDll) != 0,
-          "the image is not a linked DLL");
-  Require((headers.file.characteristics & pe::kRelocationsStripped) == 0,
-          "the image has no relocations");
-  Require(headers.file.optionalHeaderSize == sizeof(pe::OptionalHeader),
-          "the optional header has an unknown size");
+  CheckFileHeader(headers.file, kind);
   offset += sizeof(pe::FileHeader);
 
   headers.optional = file.At<pe::OptionalHeader>(offset, "the optional header");
@@ -189,6 +195,11 @@ bool IsInData(std::size_t rva, std::size_t length, const Headers& headers) {
   });
 }
 
+std::string NameOfImport(const View& view, std::uint32_t lookup) {
+  if (lookup & pe::kImportByOrdinal) return "#" + std::to_string(lookup & 0xFFFF);
+  return std::string(view.Text(std::size_t{lookup} + 2, "an import's name"));
+}
+
 void BindModule(const View& view, const pe::ImportDescriptor& descriptor, const Headers& headers,
                 const Mapping& image, const ImportResolver& resolve) {
   const std::string module(view.Text(descriptor.name, "an imported module's name"));
@@ -199,8 +210,7 @@ void BindModule(const View& view, const pe::ImportDescriptor& descriptor, const 
     const auto lookup = view.At<std::uint32_t>(lookups + at, "an import lookup table");
     Require(lookup != 0 || at != 0, "a module is imported without an operation");
     if (lookup == 0) return;
-    Require((lookup & pe::kImportByOrdinal) == 0, "an import goes by ordinal");
-    const std::string name(view.Text(std::size_t{lookup} + 2, "an import's name"));
+    const std::string name = NameOfImport(view, lookup);
     void* const address = resolve(module, name);
     if (address == nullptr) Refuse("nothing provides the import " + module + "!" + name);
     Require(IsInData(descriptor.addressTable + at, sizeof address, headers),
@@ -324,13 +334,14 @@ std::uint32_t ImageChecksum(std::span<const unsigned char> file, std::size_t che
 }
 
 Module::Module(std::span<const unsigned char> bytes, const ImportResolver& resolve,
-               EntryCalls entryCalls)
-    : image_(ReadHeaders(View(bytes, "file")).optional.imageSize) {
+               EntryCalls entryCalls, Kind kind)
+    : image_(ReadHeaders(View(bytes, "file"), kind).optional.imageSize) {
   const View file(bytes, "file");
-  const Headers headers = ReadHeaders(file);
+  const Headers headers = ReadHeaders(file, kind);
   const View view(image_.bytes(), "image");
   entry_ = headers.optional.entry;
-  Require(entry_ == 0 || IsInCode(entry_, headers), "the module entry lies outside the code");
+  const bool needsNoEntry = entry_ == 0 && kind == Kind::kDll;
+  Require(needsNoEntry || IsInCode(entry_, headers), "the module entry lies outside the code");
   CopySections(file, headers, image_);
   Relocate(view, headers, image_);
   BindImports(view, headers, image_, resolve);
@@ -340,7 +351,7 @@ Module::Module(std::span<const unsigned char> bytes, const ImportResolver& resol
     sections_[name] = {image_.data() + section.rva, section.virtualSize};
   }
   ProtectSections(headers, image_);
-  if (entryCalls == EntryCalls::kSkip) return;
+  if (entryCalls == EntryCalls::kSkip || kind == Kind::kProgram) return;
   if (!CallEntry(handle(), DLL_PROCESS_ATTACH)) {
     CallEntry(handle(), DLL_PROCESS_DETACH);  // as the platform does after a refusal
     Refuse("the module entry refused the load");
@@ -367,6 +378,11 @@ BOOL Module::CallEntry(HMODULE handle, DWORD reason) const {
   if (entry_ == 0) return TRUE;
   using Entry = BOOL(UT_API*)(HMODULE, DWORD, LPVOID);
   return reinterpret_cast<Entry>(image_.data() + entry_)(handle, reason, nullptr);
+}
+
+DWORD Module::Run() const {
+  using Entry = DWORD(UT_API*)();
+  return reinterpret_cast<Entry>(image_.data() + entry_)();
 }
 
 std::span<const unsigned char> Module::FindSection(std::string_view name) const {

@@ -1,4 +1,4 @@
-// A loader for 32-bit Windows DLLs in a 32-bit Linux process.
+// A loader for 32-bit Windows DLLs and programs in a 32-bit Linux process.
 #ifndef PLATFORM_HOST_MODULE_H
 #define PLATFORM_HOST_MODULE_H
 
@@ -20,11 +20,18 @@ struct ModuleError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Finds the function to bind an import to; NULL if there is none.
+// Finds the function to bind an import to; NULL if there is none. An import by ordinal has a name
+// like "#52".
 using ImportResolver = std::function<void*(std::string_view module, std::string_view name)>;
 
-// The resolver that finds the operations of this platform layer.
+// The resolver that finds the operations of this platform layer which the library may import.
 void* FindPlatformOperation(std::string_view module, std::string_view name);
+
+// The same for the operations that programs may import besides.
+void* FindProgramOperation(std::string_view module, std::string_view name);
+
+// Whether this is the name of a system module that the platform layer stands in for.
+bool IsSystemModule(std::string_view module);
 
 // Reads a whole file; throws ModuleError if that can't be done.
 std::vector<unsigned char> ReadFile(const std::string& path);
@@ -55,17 +62,20 @@ class Mapping {
   std::size_t size_;
 };
 
-// A loaded DLL. Nothing in the file is trusted: every offset, size and count is checked before use,
-// and what can't be loaded gives a ModuleError. Each page has the rights of its section.
+// A loaded DLL or program. Nothing in the file is trusted: every offset, size and count is checked
+// before use, and what can't be loaded gives a ModuleError. Each page has the rights of its
+// section.
 class Module {
  public:
   enum class EntryCalls { kMake, kSkip };
+  enum class Kind { kDll, kProgram };
 
-  // Maps the image, relocates it, binds its imports and, unless that is to be skipped, calls its
-  // entry with DLL_PROCESS_ATTACH now and with DLL_PROCESS_DETACH at the end.
+  // Maps the image, relocates it and binds its imports. The entry of a DLL is called with
+  // DLL_PROCESS_ATTACH now and with DLL_PROCESS_DETACH at the end, unless that is to be skipped;
+  // that of a program waits for Run().
   explicit Module(std::span<const unsigned char> bytes,
                   const ImportResolver& resolve = FindPlatformOperation,
-                  EntryCalls entryCalls = EntryCalls::kMake);
+                  EntryCalls entryCalls = EntryCalls::kMake, Kind kind = Kind::kDll);
   ~Module();
   Module(const Module&) = delete;
   Module& operator=(const Module&) = delete;
@@ -76,6 +86,9 @@ class Module {
 
   // Calls the module entry, as the platform does at a notification.
   BOOL CallEntry(HMODULE handle, DWORD reason) const;
+
+  // Calls the entry of a program, which returns the exit code.
+  DWORD Run() const;
 
   HMODULE handle() const { return reinterpret_cast<HMODULE>(image_.data()); }
 

@@ -10,6 +10,7 @@ namespace tavkit {
 template <class SetText>
 INT SetStringRes(HINSTANCE hModule, UINT idString, SetText setText) {
   CHAR szText[256];
+  szText[0] = 0;  // the text, if none is stored
   const INT cchText = LoadStringA(hModule, idString, szText, sizeof szText);
   return cchText < 1 ? cchText : setText(szText);
 }

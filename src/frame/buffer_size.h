@@ -16,6 +16,13 @@ inline bool IsBuffer(LPCVOID pBuffer, DWORD cbBuffer, DWORD cbNeeded) {
   return pBuffer != nullptr && IsBufferSize(cbBuffer, cbNeeded);
 }
 
+// One string may stand in several places, so a sum can pass 32 bits although no address space holds
+// as many bytes. It then stays at the top and marks what fits nowhere; a wrapped one could fit.
+inline DWORD AddSizes(DWORD cbFirst, DWORD cbSecond) {
+  const DWORD cbTop = ~DWORD{0};
+  return cbSecond > cbTop - cbFirst ? cbTop : cbFirst + cbSecond;
+}
+
 }  // namespace tavkit
 
 #endif  // TAVKIT_FRAME_BUFFER_SIZE_H

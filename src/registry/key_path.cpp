@@ -2,13 +2,15 @@
 
 #include <win32.h>
 
+#include "frame/buffer_size.h"
+
 namespace tavkit {
 namespace {
 
 DWORD LengthWithPart(DWORD length, LPCSTR pszPart) {
   if (pszPart == nullptr) return length;
-  if (length != 0) ++length;
-  return length + static_cast<DWORD>(lstrlenA(pszPart));
+  if (length != 0) length = AddSizes(length, sizeof(CHAR));
+  return AddSizes(length, static_cast<DWORD>(lstrlenA(pszPart)));
 }
 
 void AppendPart(LPSTR pszPath, LPCSTR pszPart) {
@@ -21,7 +23,7 @@ void AppendPart(LPSTR pszPath, LPCSTR pszPart) {
 
 DWORD utRegJoinPathSize(LPCSTR pszFirst, LPCSTR pszSecond, LPCSTR pszThird) {
   const DWORD length = LengthWithPart(LengthWithPart(0, pszFirst), pszSecond);
-  return LengthWithPart(length, pszThird) + sizeof(CHAR);
+  return AddSizes(LengthWithPart(length, pszThird), sizeof(CHAR));
 }
 
 BOOL utRegJoinPath(LPSTR pszPath, DWORD cbPath, LPCSTR pszFirst, LPCSTR pszSecond,

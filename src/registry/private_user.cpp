@@ -92,7 +92,7 @@ DWORD UT_API utRegGetPrivateUserDword(LPCSTR pszSection, LPCSTR pszValueName, DW
                                       LPCSTR pszProduct) {
   const PrivatePath path(pszSection, pszProduct);
   if (!path.Fits()) return dwDefault;
-  DWORD dwValue;
+  DWORD dwValue = 0;  // a stored value of fewer bytes leaves the others alone
   utRegGetValueDword(HKEY_CURRENT_USER, path, pszValueName, dwDefault, &dwValue);
   return dwValue;
 }

@@ -85,7 +85,6 @@ DWORD UT_API utRegGetValueDword(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName
                                 LPDWORD pdwValue) {
   DWORD dwType = 0;
   DWORD cbData = sizeof *pdwValue;
-  *pdwValue = 0;  // a value of fewer bytes leaves the others alone
   const DWORD code = utRegQueryValue(hKey, pszSubKey, pszValueName, &dwType, pdwValue, &cbData);
   if (code == ERROR_SUCCESS && dwType == REG_DWORD) return ERROR_SUCCESS;
   *pdwValue = dwDefault;

@@ -30,7 +30,9 @@ BOOL UT_API utMonthName(LPSTR pszBuffer, INT cchBuffer, WORD wMonth, INT nStyle)
 }
 
 BOOL UT_API utTimeFormat(void) {
-  CHAR szFormat[16] = {};
-  if (!GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_ITIME, szFormat, sizeof szFormat)) return FALSE;
+  CHAR szFormat[17] = {};  // one more than is asked for: it ends whatever comes
+  if (!GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_ITIME, szFormat, sizeof szFormat - 1)) {
+    return FALSE;
+  }
   return utAtoI(szFormat) == 1;
 }

@@ -2,6 +2,7 @@
 #include <tavkit/netresource.h>
 #include <tavkit/strings.h>
 
+#include "frame/buffer_size.h"
 #include "frame/memory.h"
 
 namespace tavkit {
@@ -48,13 +49,6 @@ Record<Form> TakeFields(const Record<Form>* pResource, DWORD dwMask) {
   if (!(dwMask & UT_NR_COMMENT)) taken.lpComment = nullptr;
   if (!(dwMask & UT_NR_PROVIDER)) taken.lpProvider = nullptr;
   return taken;
-}
-
-// One string may stand in several fields, so a sum can pass 32 bits although no address space holds
-// as many bytes. It then stays at the top and marks what fits nowhere; a wrapped one could fit.
-DWORD AddSizes(DWORD cbFirst, DWORD cbSecond) {
-  const DWORD cbTop = ~DWORD{0};
-  return cbSecond > cbTop - cbFirst ? cbTop : cbFirst + cbSecond;
 }
 
 bool IsSize(DWORD cb) { return cb != 0 && cb != ~DWORD{0}; }  // neither no record nor that mark

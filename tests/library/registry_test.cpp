@@ -120,12 +120,15 @@ TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {
     EXPECT_EQ(utRegGetPrivateUserBool("sec", "v", 55, "prod"), value);
 
     const DWORD code = row.data.size() > 4 ? 234 : row.type == 4 ? 0 : 13;
-    DWORD expected = code == 0 ? 0 : 77;
-    if (code == 0) std::copy(row.data.begin(), row.data.end(), reinterpret_cast<char*>(&expected));
     number.Refill();
+    const auto expected = [&](DWORD before) {
+      std::copy_n(row.data.begin(), code == 0 ? row.data.size() : 0, (char*)&before);
+      return code == 0 ? before : 77;
+    };
+    const DWORD kept = expected(*number.As<DWORD>());
     EXPECT_EQ(utRegGetValueDword(kUser, kPath, "v", 77, number.As<DWORD>()), code);
-    EXPECT_EQ(*number.As<DWORD>(), expected);
-    EXPECT_EQ(utRegGetPrivateUserDword("sec", "v", 77, "prod"), expected);
+    EXPECT_EQ(*number.As<DWORD>(), kept);
+    EXPECT_EQ(utRegGetPrivateUserDword("sec", "v", 77, "prod"), expected(0));
   }
   EXPECT_EQ(utRegGetValueBool(kUser, kPath, "none", -7, &value), 2u);
   EXPECT_EQ(value, -7);
