@@ -262,8 +262,8 @@ UT_EXPORT(86) DWORD UT_API utRegDeletePrivateUserKey(LPCSTR pszSection, LPCSTR p
  * @param cbBuffer   as for utRegGetValueString, UT_SIZE_UNCHECKED included; 0 gives 0.
  * @return the bytes in front of the terminator, which doesn't tell a stored text from the default.
  *         For a text stored without a terminator, the bytes up to the next zero in the buffer, or
- *         those of the text if there is none; with UT_SIZE_UNCHECKED no zero behind it is looked for. 0,
- *         with the buffer untouched, if the path doesn't fit.
+ *         those of the text if there is none; with UT_SIZE_UNCHECKED no zero behind it is looked
+ *         for. 0, with the buffer untouched, if the path doesn't fit.
  */
 UT_EXPORT(74)
 DWORD UT_API utRegGetPrivateUserString(LPCSTR pszSection, LPCSTR pszValueName, LPCSTR pszDefault,

@@ -62,8 +62,9 @@ class Mapping {
   std::size_t size_;
 };
 
-// A loaded DLL or program. Nothing in the file is trusted: every offset, size and count is checked before use,
-// and what can't be loaded gives a ModuleError. Each page has the rights of its section.
+// A loaded DLL or program. Nothing in the file is trusted: every offset, size and count is checked
+// before use, and what can't be loaded gives a ModuleError. Each page has the rights of its
+// section.
 class Module {
  public:
   enum class EntryCalls { kMake, kSkip };

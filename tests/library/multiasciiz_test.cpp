@@ -94,8 +94,8 @@ struct Checks : test::Ground<F> {
                            : kind == 4 && !word.empty()
                                ? choices.Below(full.size() + 2)
                                : at(choices.Below(list.size() + 1)) - pList;
-        DWORD cbList =
-            choices.Of<DWORD>({block.size(), choices.Below(block.size()), UT_SIZE_UNCHECKED});
+        DWORD cbList = choices.Of<DWORD>(
+            {DWORD(block.size()), choices.Below(block.size()), UT_SIZE_UNCHECKED});
         const auto inserted = [&] {
           return word.empty() ? full : Inserted(full, place, test::Text<F>(word), cbList);
         };
