@@ -80,6 +80,7 @@ const Row kRows[] = {
     {CALL(utConvertFileTime(&kFile, to, 1)), 1, 0}, {CALL(utConvertFileTime(to, to, 2)), 1, 0},
     {CALL(utDosDateTimeToFileTime(0x2438, 0x13CF, to, 1)), 1, 0},
     {CALL(utSystemTimeToFileTime(&kSystem, to, 0)), 1, 0},
+    {CALL(utSystemTimeToFileTime(&kSystem, to, 2)), 1, 0},
     {CALL(utFileTimeToSystemTime(&kFile, to, 1)), 1, 0},
     {CALL(utFileTimeToDosDateTime(&kFile, to, LPWORD(to) + 1, 2)), 1, 0},
     {CALL(utConvertSystemTime(&kSystem, to, 1)), 1, 0},
