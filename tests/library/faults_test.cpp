@@ -157,7 +157,7 @@ TEST(Faults, EndTheWorkAndLeaveNothingBehind) {
     unsigned failures = 0;
     for (const auto& operation : RunRow(row, "", 0, 0)) {
       std::vector<DWORD> codes = {0};
-      if (operation.starts_with("Reg")) codes = {2, 5, 6, 8, 87, 234, 1018};
+      if (operation.starts_with("Reg")) codes = {2, 5, 6, 8, 87, 234, 0x10002};
       if (operation == "LoadStringA") codes = {0, ~0u};
       for (const DWORD code : operation.starts_with("lstr") ? std::vector<DWORD>{} : codes) {
         SCOPED_TRACE(row.text + (": " + operation) + " gives " + std::to_string(code));
