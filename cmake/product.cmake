@@ -33,7 +33,6 @@ target_compile_options(
   PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${warnings};${freestanding};-ffreestanding;-msse2;-gcodeview;
           SHELL:-Xclang -cfguard;-mno-incremental-linker-compatible;-ffile-compilation-dir=.;
           -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
-set_source_files_properties(src/frame/memory.cpp PROPERTIES COMPILE_OPTIONS -fno-builtin)
 
 # A manifest comes from CMake's own rule for DLLs; the version block is the only resource.
 target_link_libraries(tavkit PRIVATE ${import_libraries} -Wl,/manifest:no)

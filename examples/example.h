@@ -21,7 +21,9 @@ inline int Run(int argc, char** argv, void (*body)()) {
     body();
     return 0;
   } catch (const host::ModuleError& error) {
-    std::fprintf(stderr, "%s: the DLL can't be loaded: %s\n", argv[0], error.what());
+    std::fprintf(stderr,
+                 "%s: the DLL can't be loaded: %s; script/build makes dist/bin/TAVKIT.DLL\n",
+                 argv[0], error.what());
     return 1;
   }
 }

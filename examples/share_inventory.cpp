@@ -283,7 +283,9 @@ int main(int argc, char** argv) {
     PrintServers(inventory.entries);
     const DWORD used = PrintFlattened(inventory.entries);
     PrintTimes(inventory.entries);
-    if (!StoreSettings(argv[1], inventory, used)) return Fail("the settings can't be stored");
+    if (!StoreSettings(argv[1], inventory, used)) {
+      return Fail(std::string("the settings can't be stored for ") + argv[2]);
+    }
     settings.Save();
   } catch (const std::exception& error) {
     return Fail(error.what());

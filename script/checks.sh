@@ -2,6 +2,14 @@
 passed=0
 failed=0
 
+# needs FILE...: ends the script where one of them is missing.
+needs() {
+  local file
+  for file in "$@"; do
+    [ -e "$file" ] || { echo "$0: there is no $file; script/test builds it" >&2; exit 1; }
+  done
+}
+
 # check NAME COMMAND...: one check. What a failing command printed is shown.
 check() {
   local name=$1; shift

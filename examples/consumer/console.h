@@ -7,7 +7,7 @@
 /* Without a <windows.h> the system's operations are declared here. */
 #ifndef TAVKIT_HAS_WINDOWS_H
 #define SYSTEM(type) __declspec(dllimport) type __stdcall
-#define STD_OUTPUT_HANDLE ((DWORD)-11)
+#define STD_OUTPUT_HANDLE ((DWORD)(-11))
 typedef INT(__stdcall* FARPROC)(void);
 SYSTEM(HMODULE) LoadLibraryA(LPCSTR pszName);
 SYSTEM(BOOL) FreeLibrary(HMODULE hModule);

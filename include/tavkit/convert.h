@@ -1,13 +1,19 @@
-/*
+/**
+ * @defgroup convert Numbers, system family and code pages
+ *
  * Numbers as text, the system family, and conversion between the active code page and wide strings.
  *
  * Digits are the bytes 0x30 to 0x39, hexadecimal digits also 0x41 to 0x46 and 0x61 to 0x66. No
  * locale and no code page changes that, and no byte of 0x80 or above is one of them. Hexadecimal
  * text is written in upper case and read in either case.
  *
- *   char szText[8];
- *   utHex2Ascii(szText, pbKey, 4);          writes "001FA5FF" without a terminator
- *   utAscii2Hex(pbKey, szText, 8);          and reads the four bytes back
+ * @code
+ * char szText[8];
+ * utHex2Ascii(szText, pbKey, 4);  // writes "001FA5FF" without a terminator
+ * utAscii2Hex(pbKey, szText, 8);  // and reads the four bytes back
+ * @endcode
+ *
+ * @{
  */
 #ifndef TAVKIT_CONVERT_H
 #define TAVKIT_CONVERT_H
@@ -107,5 +113,7 @@ UT_EXPORT(260) LPWSTR UT_API utA2WHelper(LPWSTR pwszTarget, LPCSTR pszSource, IN
  * @return pszTarget; NULL if pwszSource is NULL.
  */
 UT_EXPORT(261) LPSTR UT_API utW2AHelper(LPSTR pszTarget, LPCWSTR pwszSource, INT cbTarget);
+
+/** @} */
 
 #endif /* TAVKIT_CONVERT_H */

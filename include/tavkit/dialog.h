@@ -1,12 +1,16 @@
-/*
+/**
+ * @defgroup dialog Windows and dialogs
+ *
  * Windows and dialogs: moving and sizing by a difference, texts from string resources, and the
  * default button of a dialog, kept right while buttons are enabled and disabled.
  *
  * Where the last page of a wizard opens, Finish works and is the default; then Next no longer
  * works, and Finish takes over the focus if Next has it:
  *
- *   utEnableDlgDefButton(hDlg, IDC_FINISH, 1);
- *   utDisableDlgDefButton(hDlg, IDC_NEXT, IDC_FINISH, IDC_FINISH);
+ * @code
+ * utEnableDlgDefButton(hDlg, IDC_FINISH, 1);
+ * utDisableDlgDefButton(hDlg, IDC_NEXT, IDC_FINISH, IDC_FINISH);
+ * @endcode
  *
  * A dialog's default button shows in two places, which these functions move together: the id that
  * the dialog holds and the style of each button. The library keeps no id: each call asks the dialog
@@ -15,6 +19,8 @@
  *
  * A window handle goes to the platform as it is, a NULL or foreign one too; what the platform
  * answers then decides. No handle is kept.
+ *
+ * @{
  */
 #ifndef TAVKIT_DIALOG_H
 #define TAVKIT_DIALOG_H
@@ -147,5 +153,7 @@ UT_EXPORT(184) void UT_API utEnableDlgDefButton(HWND hDlg, INT idButton, BOOL fM
  * @param idOld the button to give up the default look; 0 for none. Not compared with idNew.
  */
 UT_EXPORT(185) void UT_API utSetDlgButtonAsDefault(HWND hDlg, INT idNew, INT idOld);
+
+/** @} */
 
 #endif /* TAVKIT_DIALOG_H */

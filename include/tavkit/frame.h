@@ -1,9 +1,13 @@
-/*
+/**
+ * @defgroup frame Buffer sizes
+ *
  * The rule for buffer sizes.
  *
  * A size is an unsigned 32-bit count of bytes in the byte forms and in the W forms alike: a wide
  * buffer of 10 characters has the size 20. UT_SIZE_UNCHECKED in its place says that the caller
  * vouches for the room; each operation's own text tells what it does with that value.
+ *
+ * @{
  */
 #ifndef TAVKIT_FRAME_H
 #define TAVKIT_FRAME_H
@@ -31,5 +35,7 @@ UT_EXPORT(30) BOOL UT_API utIsBuffer(LPCVOID pBuffer, DWORD cbBuffer, DWORD cbNe
  * @return 1 if cbBuffer is UT_SIZE_UNCHECKED or, unsigned, at least cbNeeded; else 0.
  */
 UT_EXPORT(31) BOOL UT_API utIsBufferSize(DWORD cbBuffer, DWORD cbNeeded);
+
+/** @} */
 
 #endif /* TAVKIT_FRAME_H */

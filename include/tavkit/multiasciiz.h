@@ -1,12 +1,16 @@
-/*
+/**
+ * @defgroup multiasciiz MultiAsciiz lists
+ *
  * MultiAsciiz lists: any number of strings in one flat block of memory.
  *
  * The strings stand one directly behind the other, each with its terminator, and one more zero, the
  * final zero, ends the list. The strings ab and x make this list of six bytes:
  *
- *     index   0     1     2     3     4     5
- *             'a'   'b'   0     'x'   0     0
- *                                           final zero
+ * @code{.unparsed}
+ * index   0     1     2     3     4     5
+ *         'a'   'b'   0     'x'   0     0
+ *                                       final zero
+ * @endcode
  *
  * The W form has a 16-bit unit in the place of each byte. There is no header and no count, no
  * member is empty, and nothing behind the final zero belongs to the list: a block whose first unit
@@ -22,13 +26,17 @@
  * it takes time that grows with its size. The walk relies on the final zero and looks for nothing
  * else.
  *
- *     CHAR list[64];
- *     LPSTR cursor = list;
- *     DWORD left = sizeof list;
- *     if (!utCopyNextAsciiz("ab", &cursor, &left) || !utCopyNextAsciiz("x", &cursor, &left)) {
- *       ... the list is full, and whole: it ends with the last string that was taken
- *     }
- *     for (LPSTR member = list; *member != 0; member = utNextAsciiz(member)) { ... }
+ * @code
+ * CHAR list[64];
+ * LPSTR cursor = list;
+ * DWORD left = sizeof list;
+ * if (!utCopyNextAsciiz("ab", &cursor, &left) || !utCopyNextAsciiz("x", &cursor, &left)) {
+ *   // The list is full, and whole: it ends with the last string that was taken.
+ * }
+ * for (LPSTR member = list; *member != 0; member = utNextAsciiz(member)) Use(member);
+ * @endcode
+ *
+ * @{
  */
 #ifndef TAVKIT_MULTIASCIIZ_H
 #define TAVKIT_MULTIASCIIZ_H
@@ -204,5 +212,7 @@ BOOL UT_API utMultiAsciiz2Array(LPCSTR pList, LPCSTR* ppszArray, DWORD cbArray, 
 UT_EXPORT(249)
 BOOL UT_API utMultiAsciiz2ArrayW(LPCWSTR pList, LPCWSTR* ppszArray, DWORD cbArray,
                                  LPDWORD pcStored);
+
+/** @} */
 
 #endif /* TAVKIT_MULTIASCIIZ_H */

@@ -1,9 +1,13 @@
-/*
+/**
+ * @defgroup netresource NETRESOURCE records
+ *
  * NETRESOURCE records in one block of memory: a copy of the record at the front, copies of its
  * strings at the back, and the copy's pointers aimed at the copied strings. A field mask picks what
  * is taken; a field that isn't taken comes out 0 or NULL.
  *
- *   | fixed record |        spare bytes, not written        | provider | comment | remote | local |
+ * @code{.unparsed}
+ * | fixed record |        spare bytes, not written        | provider | comment | remote | local |
+ * @endcode
  *
  * The strings lie one directly below the other, each with its terminator, and end at the last byte
  * of the buffer (or below what the back of an XBuf holds already). A field that isn't taken, or is
@@ -14,22 +18,24 @@
  * The pointers are absolute, so a block is good only where it was made. The source and its strings
  * must lie outside the target and not change during a call; they are only read, and a string that
  * the mask leaves out is never looked at. All sizes are in bytes, in the wide forms too.
+ *
+ * @{
  */
 #ifndef TAVKIT_NETRESOURCE_H
 #define TAVKIT_NETRESOURCE_H
 
 #include "xbuf.h"
 
-/** Field masks, one bit for each field in the order of the record; higher bits have no effect. */
-#define UT_NR_SCOPE 0x01u
-#define UT_NR_TYPE 0x02u
-#define UT_NR_DISPLAYTYPE 0x04u
-#define UT_NR_USAGE 0x08u
-#define UT_NR_LOCALNAME 0x10u
-#define UT_NR_REMOTENAME 0x20u
-#define UT_NR_COMMENT 0x40u
-#define UT_NR_PROVIDER 0x80u
-#define UT_NR_ALL 0xFFu
+/* Field masks, one bit for each field in the order of the record. */
+#define UT_NR_SCOPE 0x01u       /**< Field mask: dwScope. */
+#define UT_NR_TYPE 0x02u        /**< Field mask: dwType. */
+#define UT_NR_DISPLAYTYPE 0x04u /**< Field mask: dwDisplayType. */
+#define UT_NR_USAGE 0x08u       /**< Field mask: dwUsage. */
+#define UT_NR_LOCALNAME 0x10u   /**< Field mask: lpLocalName. */
+#define UT_NR_REMOTENAME 0x20u  /**< Field mask: lpRemoteName. */
+#define UT_NR_COMMENT 0x40u     /**< Field mask: lpComment. */
+#define UT_NR_PROVIDER 0x80u    /**< Field mask: lpProvider. */
+#define UT_NR_ALL 0xFFu         /**< All eight fields. Higher bits have no effect. */
 
 /**
  * Tells the size that a flattened block needs.
@@ -96,5 +102,7 @@ BOOL UT_API utCopyNETRESOURCE_XBuffer(const NETRESOURCEA* pResource, HXBUF hXBuf
 UT_EXPORT(207)
 BOOL UT_API utCopyNETRESOURCEW_XBuffer(const NETRESOURCEW* pResource, HXBUF hXBuf, DWORD dwMask,
                                        LPDWORD pcbNeeded);
+
+/** @} */
 
 #endif /* TAVKIT_NETRESOURCE_H */

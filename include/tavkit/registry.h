@@ -1,23 +1,19 @@
-/*
- * Registry values in one call each: as stored, with a type and a default, and as settings in a tree
- * of the user's own. A setting takes no key handle:
+/**
+ * @defgroup registry Registry values
  *
- *   utRegWritePrivateUserDword("Window", "Width", 640, "Viewer");
- *   width = utRegGetPrivateUserDword("Window", "Width", 320, "Viewer");
+ * Registry values in one call each: as stored, and with a type and a default. What holds for all
+ * registry operations, those on private user settings included:
  *
- * writes and reads the value "Width" of HKEY_CURRENT_USER\Software\Brindlex\Viewer\Window.
+ * - Form: byte strings only; there are no wide twins.
+ * - hKey: an open key or a predefined one. It is never closed here, and what a call opens it closes
+ *   itself, on every path; only utRegOpenPrivateUserKey leaves that to its caller.
+ * - pszSubKey: the path of a key below hKey. NULL means hKey itself, which is then used as it was
+ *   opened. An empty path is a path: the key is opened once more, for this call.
+ * - Value name: as the platform takes it. NULL and "" both name the default value of the key.
+ * - Sizes: in bytes, the terminator of a text included.
+ * - Result: an error code of the platform, 0 for success, where nothing else is said.
  *
- * What holds for all of them:
- *
- *   Form       Byte strings only; there are no wide twins.
- *   hKey       An open key or a predefined one. It is never closed here, and what a call opens it
- *              closes itself, on every path; only utRegOpenPrivateUserKey leaves that to its
- *              caller.
- *   pszSubKey  The path of a key below hKey. NULL means hKey itself, which is then used as it was
- *              opened. An empty path is a path: the key is opened once more, for this call.
- *   Value name As the platform takes it: NULL and "" both name the default value of the key.
- *   Sizes      In bytes, the terminator of a text included.
- *   Result     An error code of the platform, 0 for success, where nothing else is said.
+ * @{
  */
 #ifndef TAVKIT_REGISTRY_H
 #define TAVKIT_REGISTRY_H
@@ -168,15 +164,30 @@ UT_EXPORT(115)
 DWORD UT_API utRegSetValueBool(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, BOOL fValue,
                                BOOL fCreate);
 
-/*
- * Settings. Below HKEY_CURRENT_USER the key of a setting is "Software\Brindlex", pszProduct and
- * pszSection, joined with single backslashes: in the path the product stands before the section, in
- * the arguments the section comes first. NULL leaves a part out; an empty part takes part in the
- * join, which gives a doubled or a trailing backslash. A part may hold backslashes of its own.
+/** @} */
+
+/**
+ * @defgroup settings Private user settings
+ *
+ * Registry values in a tree of the user's own. A setting takes no key handle:
+ *
+ * @code
+ * utRegWritePrivateUserDword("Window", "Width", 640, "Viewer");
+ * width = utRegGetPrivateUserDword("Window", "Width", 320, "Viewer");
+ * @endcode
+ *
+ * writes and reads the value "Width" of `HKEY_CURRENT_USER\Software\Brindlex\Viewer\Window`.
+ *
+ * Below HKEY_CURRENT_USER the key of a setting is `Software\Brindlex`, pszProduct and pszSection,
+ * joined with single backslashes: in the path the product stands before the section, in the
+ * arguments the section comes first. NULL leaves a part out; an empty part takes part in the join,
+ * which gives a doubled or a trailing backslash. A part may hold backslashes of its own.
  *
  * A path that takes more than 260 bytes with its terminator does not fit: lengths of product and
  * section that add up to 240 do. It reaches no platform operation; each text says what is given
  * then.
+ *
+ * @{
  */
 
 /**
@@ -251,8 +262,8 @@ UT_EXPORT(86) DWORD UT_API utRegDeletePrivateUserKey(LPCSTR pszSection, LPCSTR p
  * @param cbBuffer   as for utRegGetValueString, UT_SIZE_UNCHECKED included; 0 gives 0.
  * @return the bytes in front of the terminator, which doesn't tell a stored text from the default.
  *         For a text stored without a terminator, the bytes up to the next zero in the buffer, or
- *         those of the text if there is none; with UT_SIZE_UNCHECKED no zero behind it is looked for. 0,
- *         with the buffer untouched, if the path doesn't fit.
+ *         those of the text if there is none; with UT_SIZE_UNCHECKED no zero behind it is looked
+ *         for. 0, with the buffer untouched, if the path doesn't fit.
  */
 UT_EXPORT(74)
 DWORD UT_API utRegGetPrivateUserString(LPCSTR pszSection, LPCSTR pszValueName, LPCSTR pszDefault,
@@ -337,5 +348,7 @@ BOOL UT_API utRegWritePrivateUserBool(LPCSTR pszSection, LPCSTR pszValueName, BO
 UT_EXPORT(85)
 BOOL UT_API utRegWritePrivateUserBinary(LPCSTR pszSection, LPCSTR pszValueName, LPCVOID pData,
                                         DWORD cbData, LPCSTR pszProduct);
+
+/** @} */
 
 #endif /* TAVKIT_REGISTRY_H */

@@ -1,24 +1,29 @@
-/*
+/**
+ * @defgroup strings Characters and strings
+ *
  * Characters and strings: stepping, finding, cutting, trimming, measuring and copying.
  *
  * How a character argument (wChar, 16 bits in both forms) is compared:
  *
- *   utFindChar, utFindRevChar,   The string is walked byte by byte and wChar counts with its low 8
- *   utTruncateAtChar             bits: 0x5C is found inside a double-byte character too.
- *   utSkipLeadChar,              The string is walked by characters of the active code page. Only
- *   utCountLeadChar, utTrimChar  0x01 to 0x7F can match: no byte of 0x80 or above equals any wChar,
- *                                and no wChar above 0x7F equals any byte.
- *   every W form                 Unit by unit, all 16 bits.
+ * - utFindChar, utFindRevChar, utTruncateAtChar: the string is walked byte by byte and wChar counts
+ *   with its low 8 bits. 0x5C is found inside a double-byte character too.
+ * - utSkipLeadChar, utCountLeadChar, utTrimChar: the string is walked by characters of the active
+ *   code page. Only 0x01 to 0x7F can match: no byte of 0x80 or above equals any wChar, and no wChar
+ *   above 0x7F equals any byte.
+ * - every W form: unit by unit, all 16 bits.
  *
  * A zero wChar never matches in the skip, count and trim operations: they give the string, 0 and 0.
+ *
+ * @{
  */
 #ifndef TAVKIT_STRINGS_H
 #define TAVKIT_STRINGS_H
 
 #include "types.h"
 
-/** Flags of utTrimChar; other bits have no effect. */
+/** Flag of utTrimChar: at the start of the string. Bits that aren't named here have no effect. */
 #define UT_TRIM_LEADING 1
+/** Flag of utTrimChar: at the end of the string. */
 #define UT_TRIM_TRAILING 2
 
 /**
@@ -201,5 +206,7 @@ UT_EXPORT(228) BOOL UT_API utCopyStringW(LPCWSTR pszSource, LPWSTR pszDest, DWOR
 UT_EXPORT(19) BOOL UT_API utCopyNonNullString(LPCSTR pszSource, LPSTR pszDest, DWORD cbDest);
 /** Wide form of utCopyNonNullString; sizes as for utCopyStringW. */
 UT_EXPORT(235) BOOL UT_API utCopyNonNullStringW(LPCWSTR pszSource, LPWSTR pszDest, DWORD cbDest);
+
+/** @} */
 
 #endif /* TAVKIT_STRINGS_H */

@@ -1,4 +1,6 @@
-/*
+/**
+ * @defgroup time File times and calendar
+ *
  * File times, calendar arithmetic, and the user's names of days and months.
  *
  * Calendar numbers are full years (1997, not 97), months from 1 for January, days of the month from
@@ -7,20 +9,26 @@
  *
  * Every conversion between time forms can cross between local time and UTC on its way:
  *
- *   utDosDateTimeToFileTime(wDate, wTime, &ftUtc, UT_TIME_LOCAL_TO_UTC);
+ * @code
+ * utDosDateTimeToFileTime(wDate, wTime, &ftUtc, UT_TIME_LOCAL_TO_UTC);
+ * @endcode
  *
  * A conversion gives a value other than 0, not necessarily 1, on success, and 0 on failure. If it
  * fails in front of the step that writes the target, the target is as it was. Its pointers reach
  * the platform unexamined and may not be NULL.
+ *
+ * @{
  */
 #ifndef TAVKIT_TIME_H
 #define TAVKIT_TIME_H
 
 #include "types.h"
 
-/** The crossing that a conversion makes; any other value behaves as UT_TIME_AS_IS. */
+/** No crossing. Any mode that isn't named here behaves so too. */
 #define UT_TIME_AS_IS 0
+/** Mode: what is given is local time, what is stored is UTC. */
 #define UT_TIME_LOCAL_TO_UTC 1
+/** Mode: what is given is UTC, what is stored is local time. */
 #define UT_TIME_UTC_TO_LOCAL 2
 
 /** The style of a name; any other value asks for the full name. */
@@ -45,6 +53,7 @@ BOOL UT_API utConvertFileTime(const FILETIME* pftSource, LPFILETIME pftTarget, I
  * @param pstSource the time.
  * @param pstTarget receives the result; may equal pstSource.
  * @param nMode     the crossing.
+ * @return not 0 on success, 0 on failure.
  */
 UT_EXPORT(91)
 BOOL UT_API utConvertSystemTime(const SYSTEMTIME* pstSource, LPSYSTEMTIME pstTarget, INT nMode);
@@ -56,6 +65,7 @@ BOOL UT_API utConvertSystemTime(const SYSTEMTIME* pstSource, LPSYSTEMTIME pstTar
  * @param wDosTime  the time of day.
  * @param pftTarget receives the file time.
  * @param nMode     the crossing.
+ * @return not 0 on success, 0 on failure.
  */
 UT_EXPORT(92)
 BOOL UT_API utDosDateTimeToFileTime(WORD wDosDate, WORD wDosTime, LPFILETIME pftTarget, INT nMode);
@@ -71,6 +81,7 @@ BOOL UT_API utDosDateTimeToSystemTime(WORD wDosDate, WORD wDosTime, LPSYSTEMTIME
  * @param pftSource the file time.
  * @param pstTarget receives the system time.
  * @param nMode     the crossing.
+ * @return not 0 on success, 0 on failure.
  */
 UT_EXPORT(94)
 BOOL UT_API utFileTimeToSystemTime(const FILETIME* pftSource, LPSYSTEMTIME pstTarget, INT nMode);
@@ -82,6 +93,7 @@ BOOL UT_API utFileTimeToSystemTime(const FILETIME* pftSource, LPSYSTEMTIME pstTa
  * @param pwDosDate receives the date.
  * @param pwDosTime receives the time of day.
  * @param nMode     the crossing.
+ * @return not 0 on success, 0 on failure.
  */
 UT_EXPORT(95)
 BOOL UT_API utFileTimeToDosDateTime(const FILETIME* pftSource, LPWORD pwDosDate, LPWORD pwDosTime,
@@ -93,6 +105,7 @@ BOOL UT_API utFileTimeToDosDateTime(const FILETIME* pftSource, LPWORD pwDosDate,
  * @param pstSource the system time.
  * @param pftTarget receives the file time.
  * @param nMode     the crossing.
+ * @return not 0 on success, 0 on failure.
  */
 UT_EXPORT(96)
 BOOL UT_API utSystemTimeToFileTime(const SYSTEMTIME* pstSource, LPFILETIME pftTarget, INT nMode);
@@ -191,5 +204,7 @@ UT_EXPORT(127) WORD UT_API utDayOfYear(WORD wYear, WORD wMonth, WORD wDay);
  * @return 0 for Sunday to 6 for Saturday.
  */
 UT_EXPORT(128) WORD UT_API utDayOfWeek(WORD wYear, WORD wMonth, WORD wDay);
+
+/** @} */
 
 #endif /* TAVKIT_TIME_H */

@@ -1,11 +1,15 @@
-/*
+/**
+ * @defgroup unc Paths and UNC names
+ *
  * Path components and UNC names.
  *
  * A string is a UNC name if it begins with exactly two backslashes. It has up to three components,
  * and a run of backslashes between two of them counts as one separator:
  *
- *     \\server\resource\dir\file
- *       server, resource, path dir\file
+ * @code{.unparsed}
+ * \\server\resource\dir\file
+ *   server, resource, path dir\file
+ * @endcode
  *
  * The path reaches to the end of the string, with whatever backslashes it holds. A forward slash is
  * no separator, and nothing else of a name is looked at. The resource separator is the first
@@ -15,15 +19,19 @@
  * Double-byte characters in the byte forms: the leading backslashes are counted by characters, but
  * a separator is found by bytes, so a trail byte of 0x5C ends a component. utAppendPathComponent
  * looks at the last character: such a trail byte at the end of a path is no separator.
+ *
+ * @{
  */
 #ifndef TAVKIT_UNC_H
 #define TAVKIT_UNC_H
 
 #include "types.h"
 
-/** What a name holds: results of utBreakUNCName, utSearchUNCName and utCheckUNCName. */
+/** Bit of the results of utBreakUNCName, utSearchUNCName and utCheckUNCName: the server. */
 #define UT_UNC_SERVER 1u
+/** Bit of the same results: the resource. */
 #define UT_UNC_RESOURCE 2u
+/** Bit of the same results: the path. */
 #define UT_UNC_PATH 4u
 
 /** Form of a server name with two leading backslashes. Any other value means the name alone. */
@@ -124,8 +132,8 @@ BOOL UT_API utBuildUNCNameW(LPWSTR pszOut, DWORD cbOut, LPCWSTR pszServer, LPCWS
  * with UT_SERVERNAME_UNC.
  *
  * The room asked for counts the name as it is passed, with its leading backslashes, the two that
- * nForm adds, and the terminator: \\srv asks for 8 bytes with UT_SERVERNAME_UNC, and 6 are written.
- * An empty name asks for what is written, 3 bytes or 1.
+ * nForm adds, and the terminator: `\\srv` asks for 8 bytes with UT_SERVERNAME_UNC, and 6 are
+ * written. An empty name asks for what is written, 3 bytes or 1.
  *
  * @param pszServer the name; NULL gives 0 and an empty pszOut.
  * @param nForm     UT_SERVERNAME_UNC, or any other value for the name alone.
@@ -156,7 +164,7 @@ UT_EXPORT(257) void UT_API utConvertServerNameW(LPWSTR pszServer, INT nForm);
  * Cuts the server out of a name, with the two backslashes in front of it.
  *
  * @param pszName the name; NULL, or one that is no UNC name, gives 0 and leaves pszOut alone.
- * @param pszOut  receives \\server, cut to fit; NULL is refused.
+ * @param pszOut  receives `\\server`, cut to fit; NULL is refused.
  * @param cbOut   its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED the caller provides room
  *                for the part and two terminators.
  * @return 1 if something was copied, else 0.
@@ -170,12 +178,14 @@ UT_EXPORT(255) BOOL UT_API utExtractServerW(LPCWSTR pszName, LPWSTR pszOut, DWOR
  *
  * @param pszName the name; NULL, or one without a resource separator, gives 0 and leaves pszOut
  *                alone.
- * @param pszOut  receives \\server\resource, cut to fit; NULL is refused.
+ * @param pszOut  receives `\\server\resource`, cut to fit; NULL is refused.
  * @param cbOut   as for utExtractServer.
  * @return 1 if something was copied, else 0.
  */
 UT_EXPORT(38) BOOL UT_API utExtractServerResource(LPCSTR pszName, LPSTR pszOut, DWORD cbOut);
 /** Wide form of utExtractServerResource; cbOut is in bytes, and 0 and 1 are refused. */
 UT_EXPORT(256) BOOL UT_API utExtractServerResourceW(LPCWSTR pszName, LPWSTR pszOut, DWORD cbOut);
+
+/** @} */
 
 #endif /* TAVKIT_UNC_H */

@@ -1,21 +1,29 @@
-/*
+/**
+ * @defgroup xbuf Two-ended buffers
+ *
  * XBuf: one block of memory, filled from both of its ends.
  *
- *   pBuffer                                                        pBuffer + cbBuffer
- *   | front block, upward -> |         free block         | <- back block, downward |
- *          cbFront                        cbFree                    cbBack
+ * @code{.unparsed}
+ * pBuffer                                                        pBuffer + cbBuffer
+ * | front block, upward -> |         free block         | <- back block, downward |
+ *        cbFront                        cbFree                    cbBack
+ * @endcode
  *
  * Sizes count bytes; nothing is rounded or aligned, so a block may begin at an odd address. The
  * buffer never grows and blocks never move: a reservation that doesn't fit fails.
  *
- *   HXBUF hXBuf = utXBufCreate(100, NULL);
- *   utXBufReserveBlock(hXBuf, UT_XBUF_FRONT, 10, &pRecord);          bytes 0 to 9
- *   utXBufCopyStringTo(hXBuf, UT_XBUF_BACK, "text", &pszText);       bytes 95 to 99
- *   utXBufDestroy(hXBuf);
+ * @code
+ * HXBUF hXBuf = utXBufCreate(100, NULL);
+ * utXBufReserveBlock(hXBuf, UT_XBUF_FRONT, 10, &pRecord);     // bytes 0 to 9
+ * utXBufCopyStringTo(hXBuf, UT_XBUF_BACK, "text", &pszText);  // bytes 95 to 99
+ * utXBufDestroy(hXBuf);
+ * @endcode
  *
  * A handle belongs to the caller, who destroys it and doesn't use it again. NULL is refused, and so
  * is the address of 32 readable bits that aren't UT_XBUF_SIGNATURE; nothing else is checked. Calls
  * on one handle must not overlap, not even those that only read.
+ *
+ * @{
  */
 #ifndef TAVKIT_XBUF_H
 #define TAVKIT_XBUF_H
@@ -28,14 +36,18 @@ typedef struct HXBUF__* HXBUF;
 /** The first 32 bits at a valid handle: the four bytes "xBuF". */
 #define UT_XBUF_SIGNATURE 0x46754278u
 
-/** Sides of a buffer. Selectors count with their low 16 bits. */
+/** Side of a buffer: from its first byte upward. Selectors count with their low 16 bits. */
 #define UT_XBUF_FRONT 0
+/** Side of a buffer: from its last byte downward. */
 #define UT_XBUF_BACK 1
 
-/** Blocks of an XBuf: the whole buffer, what is in use at either side, what is free. */
+/** Block of an XBuf: the whole buffer. */
 #define UT_XBUF_BLOCK_BUFFER 0
+/** Block of an XBuf: what is in use at the front. */
 #define UT_XBUF_BLOCK_FRONT 1
+/** Block of an XBuf: what is in use at the back. */
 #define UT_XBUF_BLOCK_BACK 2
+/** Block of an XBuf: what is free. */
 #define UT_XBUF_BLOCK_FREE 3
 
 /**
@@ -160,5 +172,7 @@ UT_EXPORT(68) LPVOID UT_API utXBufGetBlock(HXBUF hXBuf, WORD wBlock);
  * @return the block's size in bytes; 0 for an invalid handle or an unknown selector.
  */
 UT_EXPORT(69) DWORD UT_API utXBufGetBlockSize(HXBUF hXBuf, WORD wBlock);
+
+/** @} */
 
 #endif /* TAVKIT_XBUF_H */

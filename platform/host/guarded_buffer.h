@@ -70,7 +70,8 @@ class GuardedBuffer {
   static constexpr std::size_t kPage = 4096;
 
   static bool IsPattern(const unsigned char* from, const unsigned char* to) {
-    return std::all_of(from, to, [](unsigned char byte) { return byte == kPattern; });
+    // Each byte equals the one behind it, and one of them the pattern.
+    return from == to || (*from == kPattern && std::memcmp(from, from + 1, to - from - 1) == 0);
   }
 
   // Pages of earlier buffers, by their room: mapping anew for each would take most of the time.

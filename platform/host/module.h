@@ -62,8 +62,9 @@ class Mapping {
   std::size_t size_;
 };
 
-// A loaded DLL or program. Nothing in the file is trusted: every offset, size and count is checked before use,
-// and what can't be loaded gives a ModuleError. Each page has the rights of its section.
+// A loaded DLL or program. Nothing in the file is trusted: every offset, size and count is checked
+// before use, and what can't be loaded gives a ModuleError. Each page has the rights of its
+// section.
 class Module {
  public:
   enum class EntryCalls { kMake, kSkip };
@@ -72,7 +73,7 @@ class Module {
   // Maps the image, relocates it and binds its imports. The entry of a DLL is called with
   // DLL_PROCESS_ATTACH now and with DLL_PROCESS_DETACH at the end, unless that is to be skipped;
   // that of a program waits for Run().
-  explicit Module(std::span<const unsigned char> file,
+  explicit Module(std::span<const unsigned char> bytes,
                   const ImportResolver& resolve = FindPlatformOperation,
                   EntryCalls entryCalls = EntryCalls::kMake, Kind kind = Kind::kDll);
   ~Module();

@@ -1,16 +1,13 @@
 // Digits and numbers at the start of a text.
 #include <tavkit/convert.h>
 
+#include "convert/hex_value.h"
 #include "strings/strings.h"
 
 namespace tavkit {
 namespace {
 
-bool IsDigit(WORD wChar) { return wChar >= '0' && wChar <= '9'; }
-
-bool IsHexDigit(WORD wChar) {
-  return IsDigit(wChar) || (wChar >= 'A' && wChar <= 'F') || (wChar >= 'a' && wChar <= 'f');
-}
+bool IsHexDigit(WORD wChar) { return HexValue(wChar) != kNoDigit; }
 
 bool IsSpace(WORD wChar) { return wChar == ' ' || (wChar >= '\t' && wChar <= '\r'); }
 
@@ -40,11 +37,7 @@ BOOL UT_API utIsStrHexDigit(LPCSTR pszText, LPSTR* ppszBad) {
   return tavkit::IsStrOf(pszText, ppszBad, tavkit::IsHexDigit);
 }
 
-INT UT_API utHexCharValue(WORD wChar) {
-  if (tavkit::IsDigit(wChar)) return wChar - '0';
-  if (!tavkit::IsHexDigit(wChar)) return 0;
-  return wChar >= 'a' ? wChar - 'a' + 10 : wChar - 'A' + 10;
-}
+INT UT_API utHexCharValue(WORD wChar) { return static_cast<INT>(tavkit::HexCharValue(wChar)); }
 
 INT UT_API utAtoI(LPCSTR pszText) {
   while (tavkit::IsSpace(ByteText::Load(pszText))) ++pszText;
@@ -62,9 +55,11 @@ DWORD UT_API utAtoX(LPCSTR pszText) {
   constexpr unsigned kMaxDigits = 2 * sizeof(DWORD);
   DWORD value = 0;
   if (tavkit::IsNullOrEmpty<ByteText>(pszText)) return 0;
-  for (unsigned taken = 0; taken < kMaxDigits && tavkit::IsHexDigit(ByteText::Load(pszText));
-       ++taken) {
-    value = 16 * value + static_cast<DWORD>(utHexCharValue(ByteText::Load(pszText)));
+#pragma clang loop unroll(disable)
+  for (unsigned taken = 0; taken < kMaxDigits; ++taken) {
+    const DWORD digit = tavkit::HexValue(ByteText::Load(pszText));
+    if (digit == tavkit::kNoDigit) break;
+    value = 16 * value + digit;
     pszText = ByteText::Next(pszText);
   }
   return value;

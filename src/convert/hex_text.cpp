@@ -1,14 +1,20 @@
-// Bytes as hexadecimal text and back, sixteen bytes a step as long as there are as many.
+// Bytes as hexadecimal text and back, sixteen bytes a step as long as there are as many, then eight.
 #include <emmintrin.h>
 #include <tavkit/convert.h>
+
+#include "convert/hex_value.h"
 
 namespace tavkit {
 namespace {
 
 constexpr DWORD kStep = sizeof(__m128i);
+constexpr DWORD kHalf = kStep / 2;
 
 __m128i Load(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
 void Store(void* p, __m128i bytes) { _mm_storeu_si128(static_cast<__m128i*>(p), bytes); }
+
+__m128i LoadHalf(const void* p) { return _mm_loadl_epi64(static_cast<const __m128i*>(p)); }
+void StoreHalf(void* p, __m128i bytes) { _mm_storel_epi64(static_cast<__m128i*>(p), bytes); }
 
 // Values of 0 to 15 as their digits.
 __m128i DigitsOf(__m128i values) {
@@ -17,14 +23,24 @@ __m128i DigitsOf(__m128i values) {
   return _mm_add_epi8(_mm_add_epi8(values, _mm_set1_epi8('0')), gap);
 }
 
+__m128i HighDigits(__m128i bytes) {
+  return DigitsOf(_mm_and_si128(_mm_srli_epi16(bytes, 4), _mm_set1_epi8(0x0F)));
+}
+
+__m128i LowDigits(__m128i bytes) { return DigitsOf(_mm_and_si128(bytes, _mm_set1_epi8(0x0F))); }
+
 // Writes the 32 digits of 16 bytes.
 void WriteDigits(LPSTR pszTarget, const BYTE* pbSource) {
-  const __m128i lowBits = _mm_set1_epi8(0x0F);
   const __m128i bytes = Load(pbSource);
-  const __m128i high = DigitsOf(_mm_and_si128(_mm_srli_epi16(bytes, 4), lowBits));
-  const __m128i low = DigitsOf(_mm_and_si128(bytes, lowBits));
+  const __m128i high = HighDigits(bytes), low = LowDigits(bytes);
   Store(pszTarget, _mm_unpacklo_epi8(high, low));
   Store(pszTarget + kStep, _mm_unpackhi_epi8(high, low));
+}
+
+// Writes the 16 digits of 8 bytes.
+void WriteHalf(LPSTR pszTarget, const BYTE* pbSource) {
+  const __m128i bytes = LoadHalf(pbSource);
+  Store(pszTarget, _mm_unpacklo_epi8(HighDigits(bytes), LowDigits(bytes)));
 }
 
 // Characters as their values, 0 for those that are no digits.
@@ -50,7 +66,12 @@ void ReadDigits(LPBYTE pbTarget, LPCSTR pszSource) {
                                    PairsOf(ValuesOf(Load(pszSource + kStep)))));
 }
 
-INT ValueOf(CHAR character) { return utHexCharValue(static_cast<BYTE>(character)); }
+// Reads the 16 digits of 8 bytes.
+void ReadHalf(LPBYTE pbTarget, LPCSTR pszSource) {
+  StoreHalf(pbTarget, _mm_packus_epi16(PairsOf(ValuesOf(Load(pszSource))), _mm_setzero_si128()));
+}
+
+DWORD ValueOf(CHAR character) { return HexCharValue(static_cast<BYTE>(character)); }
 
 }  // namespace
 }  // namespace tavkit
@@ -62,6 +83,13 @@ void UT_API utHex2Ascii(LPSTR pszTarget, const BYTE* pbSource, DWORD cbSource) {
     pbSource += tavkit::kStep;
     pszTarget += 2 * tavkit::kStep;
   }
+  if (cbSource >= tavkit::kHalf) {
+    tavkit::WriteHalf(pszTarget, pbSource);
+    pbSource += tavkit::kHalf;
+    pszTarget += 2 * tavkit::kHalf;
+    cbSource -= tavkit::kHalf;
+  }
+#pragma clang loop unroll(disable) vectorize(disable)
   for (; cbSource != 0; --cbSource) {
     static constexpr char kDigits[] = "0123456789ABCDEF";
     const BYTE byte = *pbSource++;
@@ -77,6 +105,13 @@ void UT_API utAscii2Hex(LPBYTE pbTarget, LPCSTR pszSource, DWORD cchSource) {
     pszSource += 2 * tavkit::kStep;
     pbTarget += tavkit::kStep;
   }
+  if (cchSource >= 2 * tavkit::kHalf) {
+    tavkit::ReadHalf(pbTarget, pszSource);
+    pszSource += 2 * tavkit::kHalf;
+    pbTarget += tavkit::kHalf;
+    cchSource -= 2 * tavkit::kHalf;
+  }
+#pragma clang loop unroll(disable) vectorize(disable)
   for (; cchSource >= 2; cchSource -= 2, pszSource += 2) {
     *pbTarget++ =
         static_cast<BYTE>(tavkit::ValueOf(pszSource[0]) << 4 | tavkit::ValueOf(pszSource[1]));

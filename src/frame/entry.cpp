@@ -4,7 +4,7 @@
 namespace tavkit {
 
 // External linkage keeps the store: nothing in the library reads the handle.
-HMODULE g_hModule;
+HMODULE g_hModule;  // NOLINT(misc-use-internal-linkage)
 
 }  // namespace tavkit
 

@@ -1,6 +1,7 @@
-// The load-configuration record: for Control Flow Guard it lists the functions that an indirect call
-// may reach, which are the exports, the module entry and the stand-in below. It holds nothing that a
-// C runtime would have to set up; the linker fills in the lists. A native build has no such record.
+// The load-configuration record: for Control Flow Guard it lists the functions that an indirect
+// call may reach, which are the exports, the module entry and the stand-in below. It holds nothing
+// that a C runtime would have to set up; the linker fills in the lists. A native build has no such
+// record.
 #if defined(_WIN32)
 
 #include <tavkit/types.h>
@@ -34,8 +35,9 @@ extern "C" {
 extern const char __safe_se_handler_table[], __safe_se_handler_count[];
 extern const char __guard_fids_table[], __guard_fids_count[], __guard_flags[];
 
-// The check that the compiler puts before an indirect call; there is none so far, for calls of imports
-// need none. A platform that has the guard puts its own check here, though the page is read-only.
+// The check that the compiler puts before an indirect call; there is none so far, for calls of
+// imports need none. A platform that has the guard puts its own check here, though the page is
+// read-only.
 extern void (*const __guard_check_icall_fptr)();
 void (*const __guard_check_icall_fptr)() = tavkit::NoGuardCheck;
 

@@ -1,34 +1,144 @@
-// The three memory functions that the compiler may call behind the sources' back. The product links
-// no C runtime, so they stand here; a native build takes them from the C library.
+// Moves and fills of any size. A few bytes go as two parts that meet or overlap, more of them in
+// steps of sixteen and a last part that overlaps the step before it. Nothing is read or written
+// outside the ranges.
+#include "frame/memory.h"
+
+#include <emmintrin.h>
+
+namespace tavkit {
+namespace {
+
+constexpr DWORD kStep = sizeof(__m128i);
+
+__m128i Load(const BYTE* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+void Store(BYTE* p, __m128i bytes) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), bytes); }
+
+// Both parts are read before either is written, as the ranges may overlap.
+template <class Part>
+void MoveEnds(BYTE* to, const BYTE* from, DWORD count) {
+  const DWORD last = count - sizeof(Part);
+  const auto firstPart = ReadValue<Part>(from);
+  const auto lastPart = ReadValue<Part>(from + last);
+  WriteValue(to, firstPart);
+  WriteValue(to + last, lastPart);
+}
+
+void MoveFew(BYTE* to, const BYTE* from, DWORD count) {
+  if (count >= 8) {
+    MoveEnds<uint64_t>(to, from, count);
+  } else if (count >= 4) {
+    MoveEnds<DWORD>(to, from, count);
+  } else if (count >= 2) {
+    MoveEnds<WORD>(to, from, count);
+  } else if (count != 0) {
+    *to = *from;
+  }
+}
+
+// 32 to 64 bytes.
+void MoveSome(BYTE* to, const BYTE* from, DWORD count) {
+  const DWORD last = count - kStep;
+  const __m128i a = Load(from), b = Load(from + kStep);
+  const __m128i c = Load(from + last - kStep), d = Load(from + last);
+  Store(to, a);
+  Store(to + kStep, b);
+  Store(to + last - kStep, c);
+  Store(to + last, d);
+}
+
+DWORD Misalignment(const BYTE* p) { return reinterpret_cast<uintptr_t>(p) % kStep; }
+
+// For a target below the source, or clear of it. The ends are read while they still are what they
+// were, and what lies between them is written to aligned addresses.
+void MoveUpward(BYTE* to, const BYTE* from, DWORD count) {
+  const __m128i first = Load(from), last = Load(from + (count - kStep));
+  DWORD at = kStep - Misalignment(to);
+#pragma clang loop unroll_count(4)
+  for (; count - at > kStep; at += kStep) Store(to + at, Load(from + at));
+  Store(to, first);
+  Store(to + (count - kStep), last);
+}
+
+// For a target that begins inside the source.
+void MoveDownward(BYTE* to, const BYTE* from, DWORD count) {
+  const __m128i first = Load(from), last = Load(from + (count - kStep));
+  DWORD end = count - Misalignment(to + count);
+#pragma clang loop unroll_count(4)
+  for (; end > kStep; end -= kStep) Store(to + end - kStep, Load(from + end - kStep));
+  Store(to, first);
+  Store(to + (count - kStep), last);
+}
+
+template <class Part>
+void FillEnds(BYTE* to, __m128i bytes, DWORD count) {
+  const auto part = ReadValue<Part>(&bytes);
+  WriteValue(to, part);
+  WriteValue(to + count - sizeof(Part), part);
+}
+
+void FillFew(BYTE* to, __m128i bytes, DWORD count) {
+  if (count >= 8) {
+    FillEnds<uint64_t>(to, bytes, count);
+  } else if (count >= 4) {
+    FillEnds<DWORD>(to, bytes, count);
+  } else if (count >= 2) {
+    FillEnds<WORD>(to, bytes, count);
+  } else if (count != 0) {
+    *to = ReadValue<BYTE>(&bytes);
+  }
+}
+
+}  // namespace
+
+void MoveBytes(void* pDest, const void* pSource, DWORD count) {
+  auto* to = static_cast<BYTE*>(pDest);
+  auto* from = static_cast<const BYTE*>(pSource);
+  if (count < kStep) {
+    MoveFew(to, from, count);
+  } else if (count <= 2 * kStep) {
+    MoveEnds<__m128i>(to, from, count);
+  } else if (count <= 4 * kStep) {
+    MoveSome(to, from, count);
+  } else if (reinterpret_cast<uintptr_t>(to) - reinterpret_cast<uintptr_t>(from) >= count) {
+    MoveUpward(to, from, count);
+  } else {
+    MoveDownward(to, from, count);
+  }
+}
+
+void FillBytes(void* pDest, BYTE value, DWORD count) {
+  auto* to = static_cast<BYTE*>(pDest);
+  const __m128i bytes = _mm_set1_epi8(static_cast<char>(value));
+  if (count < kStep) {
+    FillFew(to, bytes, count);
+    return;
+  }
+  Store(to, bytes);
+#pragma clang loop unroll_count(4)
+  for (DWORD at = kStep - Misalignment(to); count - at > kStep; at += kStep) Store(to + at, bytes);
+  Store(to + (count - kStep), bytes);
+}
+
+}  // namespace tavkit
+
+// The compiler may call these behind the sources' back. The product links no C runtime, so they
+// stand here; a native build takes them from the C library.
 #if defined(_WIN32)
 
 #include <stddef.h>
 
 extern "C" {
 
-void* memcpy(void* dest, const void* source, size_t count) {
-  void* const result = dest;
-  asm volatile("rep movsb" : "+D"(dest), "+S"(source), "+c"(count) : : "memory");
-  return result;
-}
-
 void* memmove(void* dest, const void* source, size_t count) {
-  auto* to = static_cast<char*>(dest);
-  auto* from = static_cast<const char*>(source);
-  // One unsigned comparison: a destination below the source, or behind its end, copies upward.
-  if (reinterpret_cast<size_t>(to) - reinterpret_cast<size_t>(from) >= count) {
-    return memcpy(dest, source, count);
-  }
-  to += count - 1;
-  from += count - 1;
-  asm volatile("std; rep movsb; cld" : "+D"(to), "+S"(from), "+c"(count) : : "memory", "cc");
+  tavkit::MoveBytes(dest, source, count);
   return dest;
 }
 
+void* memcpy(void* dest, const void* source, size_t count) { return memmove(dest, source, count); }
+
 void* memset(void* dest, int value, size_t count) {
-  void* const result = dest;
-  asm volatile("rep stosb" : "+D"(dest), "+c"(count) : "a"(value) : "memory");
-  return result;
+  tavkit::FillBytes(dest, static_cast<BYTE>(value), count);
+  return dest;
 }
 
 }  // extern "C"

@@ -7,12 +7,22 @@
 namespace tavkit {
 
 // The two ranges may overlap.
-inline void MoveBytes(void* pDest, const void* pSource, DWORD count) {
-  if (count != 0) __builtin_memmove(pDest, pSource, count);
+void MoveBytes(void* pDest, const void* pSource, DWORD count);
+
+void FillBytes(void* pDest, BYTE value, DWORD count);
+inline void ZeroBytes(void* pDest, DWORD count) { FillBytes(pDest, 0, count); }
+
+// One value at any address.
+template <class T>
+T ReadValue(const void* pSource) {
+  T value;
+  __builtin_memcpy(&value, pSource, sizeof value);
+  return value;
 }
 
-inline void ZeroBytes(void* pDest, DWORD count) {
-  __builtin_memset(pDest, 0, count);
+template <class T>
+void WriteValue(void* pDest, const T& value) {
+  __builtin_memcpy(pDest, &value, sizeof value);
 }
 
 }  // namespace tavkit

@@ -37,7 +37,7 @@ inline bool InitMultiAsciiz(void* pList, DWORD cbList) {
 // The final zero.
 template <class Text>
 Char<Text>* FindListEnd(const Char<Text>* pList) {
-  return FindZeros<Text, 2>(pList);
+  return FindFinalZero<Text>(pList);
 }
 
 template <class Text>
@@ -48,13 +48,16 @@ DWORD MultiAsciizSize(const Char<Text>* pList, bool withFinalZero) {
 
 template <class Text>
 Char<Text>* NextAsciiz(const Char<Text>* pszString) {
-  return pszString == nullptr ? nullptr : FindZeros<Text, 1>(pszString) + 1;
+  return pszString == nullptr ? nullptr : FindEnd<Text>(pszString) + 1;
 }
 
 template <class Text>
 DWORD StringCount(const Char<Text>* pList) {
+  if (pList == nullptr) return 0;
+  if (!IsCut<Text>(pList)) return CountZeros<Text>(pList, FindFinalZero<Text>(pList));
   DWORD count = 0;
-  for (; !IsNullOrEmpty<Text>(pList); pList = NextAsciiz<Text>(pList)) ++count;
+  ZeroUnits<Text> zeros(pList);
+  for (const Char<Text>* pEnd; (pEnd = zeros.Next()) != pList; pList = pEnd + 1) ++count;
   return count;
 }
 
@@ -128,7 +131,10 @@ bool RemoveMultiAsciiz(Char<Text>* pList, DWORD cStrings) {
   if (cStrings == 0) return true;
   if (IsNullOrEmpty<Text>(pList)) return false;
   const Char<Text>* pRest = pList;
-  for (; cStrings != 0 && Text::Load(pRest) != 0; --cStrings) pRest = NextAsciiz<Text>(pRest);
+  ZeroUnits<Text> zeros(pList);
+  for (const Char<Text>* pEnd; cStrings != 0 && (pEnd = zeros.Next()) != pRest; --cStrings) {
+    pRest = pEnd + 1;
+  }
   MoveBytes(pList, pRest, MultiAsciizSize<Text>(pRest, true));
   if (Text::Load(pList) == 0) Text::Store(pList + 1, 0);
   return cStrings == 0;
@@ -150,6 +156,18 @@ bool Array2MultiAsciiz(const Char<Text>* const* ppszStrings, Char<Text>* pList, 
   return complete;
 }
 
+// Stores where the strings of a list begin, as far as there is room, and tells how many it stored.
+template <class Text>
+DWORD StoreStarts(const Char<Text>* pList, const Char<Text>** ppszArray, DWORD room) {
+  if (pList == nullptr || room == 0) return 0;
+  DWORD stored = 0;
+  ZeroUnits<Text> zeros(pList);
+  for (const Char<Text>* pEnd; stored < room && (pEnd = zeros.Next()) != pList; pList = pEnd + 1) {
+    ppszArray[stored++] = pList;
+  }
+  return stored;
+}
+
 template <class Text>
 bool MultiAsciiz2Array(const Char<Text>* pList, const Char<Text>** ppszArray, DWORD cbArray,
                        LPDWORD pcStored) {
@@ -157,10 +175,7 @@ bool MultiAsciiz2Array(const Char<Text>* pList, const Char<Text>** ppszArray, DW
   const bool accepted = ppszArray != nullptr && cbArray >= sizeof(*ppszArray);
   if (accepted) {
     ZeroBytes(ppszArray, cbArray);
-    const DWORD room = cbArray / sizeof(*ppszArray) - 1;
-    for (; stored < room && !IsNullOrEmpty<Text>(pList); pList = NextAsciiz<Text>(pList)) {
-      ppszArray[stored++] = pList;
-    }
+    stored = StoreStarts<Text>(pList, ppszArray, cbArray / sizeof(*ppszArray) - 1);
   }
   if (pcStored != nullptr) *pcStored = stored;
   return accepted;

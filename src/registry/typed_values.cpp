@@ -39,16 +39,14 @@ BOOL utRegBoolFromWord(LPCSTR pszText, BOOL* pfValue) {
 
 // Stores the boolean that a value of this type and size stands for; false if it stands for none.
 bool BoolFromData(DWORD dwType, const BoolData& data, DWORD cbData, BOOL* pfValue) {
-  DWORD dwValue = 0;
   switch (dwType) {
     case REG_BINARY:
       if (cbData == 0) return false;
       *pfValue = data.bytes[0] != 0;
       return true;
     case REG_DWORD:
-      if (cbData < sizeof dwValue) return false;
-      MoveBytes(&dwValue, data.bytes, sizeof dwValue);
-      *pfValue = dwValue != 0;
+      if (cbData < sizeof(DWORD)) return false;
+      *pfValue = ReadValue<DWORD>(data.bytes) != 0;
       return true;
     case REG_SZ:
       return utRegBoolFromWord(data.bytes, pfValue);

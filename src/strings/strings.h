@@ -7,9 +7,19 @@
 
 #include "frame/buffer_size.h"
 #include "frame/memory.h"
-#include "strings/text.h"
+#include "strings/search.h"
 
 namespace tavkit {
+
+inline DWORD WideText::Length(const Char* psz) {
+  // In bytes, not in units: the two pointers may be odd.
+  return static_cast<DWORD>(reinterpret_cast<const char*>(FindEnd<WideText>(psz)) -
+                            reinterpret_cast<const char*>(psz));
+}
+
+inline void WideText::Copy(Char* pszDest, const Char* pszSource) {
+  MoveBytes(pszDest, pszSource, Length(pszSource) + kUnit);
+}
 
 template <class Text>
 bool IsNullOrEmpty(const Char<Text>* psz) {
@@ -27,36 +37,25 @@ Char<Text>* CharPrev(const Char<Text>* pszStart, const Char<Text>* pszCurrent) {
   return Text::Previous(pszStart, pszCurrent);
 }
 
+// Where the last character of a string begins, or its terminator if it is empty. Only a walk from
+// the start tells trail bytes from characters.
+inline CHAR* FindLast(CHAR* psz, ByteText) {
+  if (ByteText::Load(psz) == 0) return psz;
+  for (CHAR* pszNext = ByteText::Next(psz); ByteText::Load(pszNext) != 0;
+       pszNext = ByteText::Next(psz)) {
+    psz = pszNext;
+  }
+  return psz;
+}
+
+inline WCHAR* FindLast(WCHAR* psz, WideText) {
+  WCHAR* pszEnd = FindEnd<WideText>(psz);
+  return pszEnd == psz ? psz : pszEnd - 1;
+}
+
 template <class Text>
 Char<Text>* CharLast(const Char<Text>* psz) {
-  auto* pszLast = const_cast<Char<Text>*>(psz);
-  if (IsNullOrEmpty<Text>(psz)) return pszLast;
-  for (auto* pszNext = Text::Next(pszLast); Text::Load(pszNext) != 0;
-       pszNext = Text::Next(pszLast)) {
-    pszLast = pszNext;
-  }
-  return pszLast;
-}
-
-template <class Text>
-Char<Text>* FindChar(const Char<Text>* psz, WORD wChar) {
-  const WORD wSought = Text::Sought(wChar);
-  for (;; ++psz) {
-    const WORD wUnit = Text::Load(psz);
-    if (wUnit == wSought) return const_cast<Char<Text>*>(psz);
-    if (wUnit == 0) return nullptr;
-  }
-}
-
-template <class Text>
-Char<Text>* FindRevChar(const Char<Text>* psz, WORD wChar) {
-  const WORD wSought = Text::Sought(wChar);
-  const Char<Text>* pszFound = nullptr;
-  for (;; ++psz) {
-    const WORD wUnit = Text::Load(psz);
-    if (wUnit == wSought) pszFound = psz;
-    if (wUnit == 0) return const_cast<Char<Text>*>(pszFound);
-  }
+  return psz == nullptr ? nullptr : FindLast(const_cast<Char<Text>*>(psz), Text{});
 }
 
 template <class Text>
@@ -107,7 +106,7 @@ inline CHAR* FindTrailRun(CHAR* psz, WORD wChar, ByteText) {
 
 inline WCHAR* FindTrailRun(WCHAR* psz, WORD wChar, WideText) {
   WCHAR* pszRun = nullptr;
-  for (WCHAR* pszEnd = FindChar<WideText>(psz, 0); pszEnd != psz; pszRun = pszEnd) {
+  for (WCHAR* pszEnd = FindEnd<WideText>(psz); pszEnd != psz; pszRun = pszEnd) {
     --pszEnd;
     if (!WideText::IsChar(pszEnd, wChar)) break;
   }

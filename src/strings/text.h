@@ -44,6 +44,7 @@ struct WideText {
   };
 
   static WORD Load(const Char* psz) { return reinterpret_cast<const Unaligned*>(psz)->wUnit; }
+  // NOLINTNEXTLINE(clang-analyzer-core.NullDereference): callers give a string
   static void Store(Char* psz, WORD wUnit) { reinterpret_cast<Unaligned*>(psz)->wUnit = wUnit; }
 
   static WORD Sought(WORD wChar) { return wChar; }
@@ -55,21 +56,8 @@ struct WideText {
     return const_cast<Char*>(pszCurrent == pszStart ? pszStart : pszCurrent - 1);
   }
 
-  static DWORD Length(const Char* psz) {
-    const Char* pszEnd = psz;
-    while (Load(pszEnd) != 0) ++pszEnd;
-    // In bytes, not in units: the two pointers may be odd.
-    return static_cast<DWORD>(reinterpret_cast<const char*>(pszEnd) -
-                              reinterpret_cast<const char*>(psz));
-  }
-
-  static void Copy(Char* pszDest, const Char* pszSource) {
-    WORD wUnit;
-    do {
-      wUnit = Load(pszSource++);
-      Store(pszDest++, wUnit);
-    } while (wUnit != 0);
-  }
+  static DWORD Length(const Char* psz);
+  static void Copy(Char* pszDest, const Char* pszSource);
 };
 
 static_assert(ByteText::kUnit == 1 && WideText::kUnit == 2);

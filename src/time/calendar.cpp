@@ -8,6 +8,24 @@ constexpr BYTE kMonthLengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31
 constexpr WORD kFebruary = 2;
 constexpr WORD kMonths = sizeof kMonthLengths;
 
+// The days in front of each month, in a common year and in a leap year. The months past December
+// add nothing.
+struct DaysInFront {
+  WORD ofMonth[2][kMonths + 2] = {};
+
+  constexpr DaysInFront() {
+    for (int isLeap = 0; isLeap <= 1; ++isLeap) {
+      WORD wDays = 0;
+      for (WORD wMonth = 1; wMonth <= kMonths; ++wMonth) {
+        const int leapDays = wMonth == kFebruary ? isLeap : 0;
+        wDays = static_cast<WORD>(wDays + kMonthLengths[wMonth - 1] + leapDays);
+        ofMonth[isLeap][wMonth + 1] = wDays;
+      }
+    }
+  }
+};
+constexpr DaysInFront kDaysInFront;
+
 }  // namespace
 }  // namespace tavkit
 
@@ -17,7 +35,8 @@ WORD UT_API utHour24to12(WORD wHour) {
 }
 
 BOOL UT_API utIsLeapYear(WORD wYear) {
-  return (wYear % 4 == 0 && wYear % 100 != 0) || wYear % 400 == 0;
+  // Of the years that 25 divides, 4 divides those that 100 divides, and 16 those that 400 divides.
+  return wYear % (wYear % 25 == 0 ? 16 : 4) == 0;
 }
 
 WORD UT_API utDaysInMonth(WORD wYear, WORD wMonth) {
@@ -29,12 +48,8 @@ WORD UT_API utDaysInMonth(WORD wYear, WORD wMonth) {
 WORD UT_API utDaysInYear(WORD wYear) { return utIsLeapYear(wYear) ? 366 : 365; }
 
 WORD UT_API utDayOfYear(WORD wYear, WORD wMonth, WORD wDay) {
-  // The months past December add nothing.
   const WORD wEnd = wMonth <= tavkit::kMonths ? wMonth : tavkit::kMonths + 1;
-  for (WORD wPassed = 1; wPassed < wEnd; ++wPassed) {
-    wDay = static_cast<WORD>(wDay + utDaysInMonth(wYear, wPassed));
-  }
-  return wDay;
+  return static_cast<WORD>(wDay + tavkit::kDaysInFront.ofMonth[utIsLeapYear(wYear)][wEnd]);
 }
 
 // Zeller's congruence. It starts the year in March: January and February are the months 13 and 14
@@ -46,7 +61,8 @@ WORD UT_API utDayOfWeek(WORD wYear, WORD wMonth, WORD wDay) {
     month += 12;
     --year;
   }
-  const int leapDays = year / 4 - year / 100 + year / 400;
+  const int centuries = year / 100;
+  const int leapDays = year / 4 - centuries + centuries / 4;
   const int days = (3 * month + 3) / 5 + 2 * month + year + leapDays + wDay;
-  return static_cast<WORD>((days % 7 + 1) % 7);
+  return static_cast<WORD>((static_cast<DWORD>(days) + 1) % 7);  // the days are never below zero
 }

@@ -10,38 +10,21 @@ static_assert(sizeof(FILETIME) == 8 && sizeof(SYSTEMTIME) == 16);
 
 constexpr DWORD kTicksPerMillisecond = 10'000;
 
-// Milliseconds whose ticks fit 32 bits.
-constexpr DWORD kMaxChunk = 428'000;
-static_assert(kMaxChunk <= ~DWORD{0} / kTicksPerMillisecond);
-
 void Store(LPFILETIME pftTarget, DWORD low, DWORD high) {
   pftTarget->dwLowDateTime = low;
   pftTarget->dwHighDateTime = high;
 }
 
-void AddTicks(DWORD& low, DWORD& high, DWORD ticks) {
-  low += ticks;
-  if (low < ticks) ++high;
+uint64_t Load(const FILETIME* pftSource) {
+  return uint64_t{pftSource->dwHighDateTime} << 32 | pftSource->dwLowDateTime;
 }
 
-void SubTicks(DWORD& low, DWORD& high, DWORD ticks) {
-  if (low < ticks) --high;
-  low -= ticks;
+void Store(LPFILETIME pftTarget, uint64_t time) {
+  Store(pftTarget, static_cast<DWORD>(time), static_cast<DWORD>(time >> 32));
 }
 
-// Returns the new high half, which tells whether the time wrapped.
-template <class Step>
-DWORD Shift(LPFILETIME pftTime, DWORD dwMilliseconds, Step step) {
-  DWORD low = pftTime->dwLowDateTime;
-  DWORD high = pftTime->dwHighDateTime;
-  while (dwMilliseconds != 0) {
-    const DWORD chunk = dwMilliseconds < kMaxChunk ? dwMilliseconds : kMaxChunk;
-    step(low, high, chunk * kTicksPerMillisecond);
-    dwMilliseconds -= chunk;
-  }
-  Store(pftTime, low, high);
-  return high;
-}
+// Never above 2^46, so that a time can wrap once at most.
+uint64_t TicksOf(DWORD dwMilliseconds) { return uint64_t{dwMilliseconds} * kTicksPerMillisecond; }
 
 // Lets the platform cross between local time and UTC. It never gets one address for both records.
 template <class Operation>
@@ -90,14 +73,18 @@ auto FromDosDateTime(WORD wDosDate, WORD wDosTime) {
 
 BOOL UT_API utFileTimeAddMilliseconds(LPFILETIME pftTime, DWORD dwMilliseconds) {
   if (pftTime == nullptr) return FALSE;
-  const DWORD highBefore = pftTime->dwHighDateTime;
-  return tavkit::Shift(pftTime, dwMilliseconds, tavkit::AddTicks) >= highBefore;
+  const uint64_t before = tavkit::Load(pftTime);
+  const uint64_t after = before + tavkit::TicksOf(dwMilliseconds);
+  tavkit::Store(pftTime, after);
+  return after >= before;
 }
 
 BOOL UT_API utFileTimeSubMilliseconds(LPFILETIME pftTime, DWORD dwMilliseconds) {
   if (pftTime == nullptr) return FALSE;
-  const DWORD highBefore = pftTime->dwHighDateTime;
-  return tavkit::Shift(pftTime, dwMilliseconds, tavkit::SubTicks) <= highBefore;
+  const uint64_t before = tavkit::Load(pftTime);
+  const uint64_t after = before - tavkit::TicksOf(dwMilliseconds);
+  tavkit::Store(pftTime, after);
+  return after <= before;
 }
 
 BOOL UT_API utConvertFileTime(const FILETIME* pftSource, LPFILETIME pftTarget, INT nMode) {

@@ -47,13 +47,20 @@ inline DWORD utSizeServerNameW(LPCWSTR pszServer, INT nForm) {
   return SizeServerName<WideText>(pszServer, nForm);
 }
 
-// Writes a server name without its own leading backslashes behind a prefix of backslashes.
+// Writes a server name without its own leading backslashes behind a prefix of backslashes, and tells
+// where it ends.
 template <class Text>
-void WriteServer(Char<Text>* pszOut, DWORD cbPrefix, const Char<Text>* pszServer) {
-  const Char<Text>* pszName = SkipLeadChar<Text>(pszServer, kBackslash);
+Char<Text>* WriteServer(Char<Text>* pszOut, DWORD cbPrefix, const Char<Text>* pszServer) {
   Char<Text>* pszBehind = pszOut + cbPrefix / Text::kUnit;
-  CopyMakeAsciiz<Text>(pszName, StringSize<Text>(pszName, false), pszBehind, UT_SIZE_UNCHECKED);
+  Char<Text>* pszEnd = CopyToEnd<Text>(pszBehind, SkipLeadChar<Text>(pszServer, kBackslash));
   while (pszBehind != pszOut) Text::Store(--pszBehind, kBackslash);
+  return pszEnd;
+}
+
+// The last character of a string whose end is known. In the byte form only a walk finds it.
+inline CHAR* LastInFront(CHAR* psz, CHAR* /*pszEnd*/, ByteText) { return CharLast<ByteText>(psz); }
+inline WCHAR* LastInFront(WCHAR* psz, WCHAR* pszEnd, WideText) {
+  return pszEnd == psz ? psz : pszEnd - 1;
 }
 
 template <class Text, auto Size>
@@ -64,9 +71,15 @@ bool BuildUncName(Char<Text>* pszOut, DWORD cbOut, const Char<Text>* pszServer,
   if (cbOut != UT_SIZE_UNCHECKED && !IsBufferSize(cbOut, Size(pszServer, pszResource, pszPath))) {
     return false;
   }
-  if (!IsNullOrEmpty<Text>(pszServer)) WriteServer<Text>(pszOut, kUncPrefix<Text>, pszServer);
-  if (pszResource != nullptr) AppendPathComponent<Text>(pszOut, pszResource);
-  if (pszPath != nullptr) AppendPathComponent<Text>(pszOut, pszPath);
+  Char<Text>* pszEnd = pszOut;
+  if (!IsNullOrEmpty<Text>(pszServer)) {
+    pszEnd = WriteServer<Text>(pszOut, kUncPrefix<Text>, pszServer);
+  }
+  const Char<Text>* const parts[] = {pszResource, pszPath};
+  for (const auto* pszPart : parts) {
+    if (pszPart == nullptr) continue;
+    pszEnd = AppendComponent<Text>(LastInFront(pszOut, pszEnd, Text{}), pszEnd, pszPart);
+  }
   return true;
 }
 

@@ -10,19 +10,33 @@ namespace tavkit {
 
 inline constexpr WORD kBackslash = '\\';
 
+// Copies a string, which may be the one that it is copied to the end of, and tells where its copy
+// ends.
 template <class Text>
-void AppendPathComponent(Char<Text>* pszPath, const Char<Text>* pszComponent) {
-  if (pszPath == nullptr) return;
-  const Char<Text>* pszLast = CharLast<Text>(pszPath);
-  Char<Text>* pszEnd = FindChar<Text>(pszLast, 0);
+Char<Text>* CopyToEnd(Char<Text>* pszEnd, const Char<Text>* psz) {
+  const DWORD size = StringSize<Text>(psz, false);
+  CopyMakeAsciiz<Text>(psz, size, pszEnd, UT_SIZE_UNCHECKED);
+  return pszEnd + size / Text::kUnit;
+}
+
+// Appends a component to a path of which the last character and the end are known, and tells where
+// the path ends then.
+template <class Text>
+Char<Text>* AppendComponent(const Char<Text>* pszLast, Char<Text>* pszEnd,
+                            const Char<Text>* pszComponent) {
   if (Text::Load(pszLast) != kBackslash) {
     Text::Store(pszEnd, kBackslash);
     Text::Store(++pszEnd, 0);
   }
-  if (IsNullOrEmpty<Text>(pszComponent)) return;
-  // A copy by count ends even if the component is the path itself.
-  const Char<Text>* pszRest = SkipLeadChar<Text>(pszComponent, kBackslash);
-  CopyMakeAsciiz<Text>(pszRest, StringSize<Text>(pszRest, false), pszEnd, UT_SIZE_UNCHECKED);
+  if (IsNullOrEmpty<Text>(pszComponent)) return pszEnd;
+  return CopyToEnd<Text>(pszEnd, SkipLeadChar<Text>(pszComponent, kBackslash));
+}
+
+template <class Text>
+void AppendPathComponent(Char<Text>* pszPath, const Char<Text>* pszComponent) {
+  if (pszPath == nullptr) return;
+  const Char<Text>* pszLast = CharLast<Text>(pszPath);
+  AppendComponent<Text>(pszLast, FindEnd<Text>(pszLast), pszComponent);
 }
 
 // Where the parts of a UNC name stand; NULL for one that the name doesn't have.

@@ -38,8 +38,7 @@ using Record = typename Form::Record;
 // stand at any address.
 template <class Form>
 Record<Form> TakeFields(const Record<Form>* pResource, DWORD dwMask) {
-  Record<Form> taken;
-  MoveBytes(&taken, pResource, sizeof taken);
+  auto taken = ReadValue<Record<Form>>(pResource);
   if (!(dwMask & UT_NR_SCOPE)) taken.dwScope = 0;
   if (!(dwMask & UT_NR_TYPE)) taken.dwType = 0;
   if (!(dwMask & UT_NR_DISPLAYTYPE)) taken.dwDisplayType = 0;
@@ -87,7 +86,7 @@ void Flatten(const Record<Form>* pResource, HXBUF hXBuf, DWORD dwMask) {
   MoveStringToBack<Form>(hXBuf, flattened.lpRemoteName);
   MoveStringToBack<Form>(hXBuf, flattened.lpComment);
   MoveStringToBack<Form>(hXBuf, flattened.lpProvider);
-  MoveBytes(pCopy, &flattened, sizeof flattened);  // the copy may stand at an odd address
+  WriteValue(pCopy, flattened);  // the copy may stand at an odd address
 }
 
 void utFlattenNETRESOURCE(const NETRESOURCEA* pResource, HXBUF hXBuf, DWORD dwMask) {

@@ -2,8 +2,6 @@
 
 #include <win32.h>
 
-#include "frame/memory.h"
-
 namespace tavkit {
 
 XBuf* XBuf::Allocate() {
@@ -22,18 +20,6 @@ void XBuf::Clear() {
   cbFront = 0;
   cbBack = 0;
   fOwnsBuffer = 0;
-}
-
-XBuf* XBuf::FromHandle(HXBUF hXBuf) {
-  return IsValid(hXBuf) ? reinterpret_cast<XBuf*>(hXBuf) : nullptr;
-}
-
-bool XBuf::IsValid(HXBUF hXBuf) {
-  if (hXBuf == nullptr) return false;
-  // What isn't an object may have any address, an odd one too.
-  DWORD dwFound;
-  MoveBytes(&dwFound, hXBuf, sizeof dwFound);
-  return dwFound == UT_XBUF_SIGNATURE;
 }
 
 void XBuf::Reset() {

@@ -9,6 +9,8 @@
 #include <stddef.h>
 #include <tavkit/xbuf.h>
 
+#include "frame/memory.h"
+
 namespace tavkit {
 
 class XBuf {
@@ -28,8 +30,13 @@ class XBuf {
   void Clear();
 
   // The object of a valid handle, NULL for any other. Reads 32 bits at most.
-  static XBuf* FromHandle(HXBUF hXBuf);
-  static bool IsValid(HXBUF hXBuf);
+  static XBuf* FromHandle(HXBUF hXBuf) {
+    return IsValid(hXBuf) ? reinterpret_cast<XBuf*>(hXBuf) : nullptr;
+  }
+  static bool IsValid(HXBUF hXBuf) {
+    // What isn't an object may have any address, an odd one too.
+    return hXBuf != nullptr && ReadValue<DWORD>(hXBuf) == UT_XBUF_SIGNATURE;
+  }
 
   // Lets go of the buffer; the object is empty then.
   void Reset();

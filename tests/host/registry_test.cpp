@@ -11,7 +11,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "support/random.h"
+#include "support/choices.h"
 
 namespace {
 
@@ -153,27 +153,27 @@ TEST_F(Registry, RefusesADamagedFileWithLineAndReason) {
   }
 }
 
-// A registry of random keys and values whose names are made of the given characters.
-std::shared_ptr<host::RegistryKey> RandomRegistry(test::Random& random,
-                                                  const std::vector<std::string>& characters) {
+// A registry of keys and values whose names are made of the given characters.
+std::shared_ptr<host::RegistryKey> AnyRegistry(test::Choices& choices,
+                                               const std::vector<std::string>& characters) {
   const auto name = [&](unsigned maxLength) {
     std::string text;
-    for (unsigned i = random.Below(maxLength + 1); i > 0; --i) text += random.Of(characters);
+    for (unsigned i = choices.Below(maxLength + 1); i > 0; --i) text += choices.Of(characters);
     return text;
   };
   auto registry = host::NewRegistry();
   std::vector<std::shared_ptr<host::RegistryKey>> keys;
   for (const auto& [folded, key] : registry->keys) keys.push_back(key);
   std::size_t made = 0;
-  for (unsigned left = random.Below(30); left > 0; --left) {
+  for (unsigned left = choices.Below(30); left > 0; --left) {
     auto path = name(6);
     std::erase_if(path, [](char byte) { return static_cast<unsigned char>(byte) < ' '; });
-    keys.push_back(host::FindKey(random.Of(keys), path, &made));
+    keys.push_back(host::FindKey(choices.Of(keys), path, &made));
     auto text = name(20);
-    if (random.Below(4) != 0) text += '\0';
-    if (random.Below(4) == 0) text.insert(random.Below(text.size() + 1), 1, random.Below(256));
-    const DWORD type = random.Below(8) == 0 ? 0xFFFF0000u : random.Below(12);
-    host::SetValue(*random.Of(keys), name(8), type, {text.begin(), text.end()});
+    if (choices.Below(4) != 0) text += '\0';
+    if (choices.Below(4) == 0) text.insert(choices.Below(text.size() + 1), 1, choices.Below(256));
+    const DWORD type = choices.Below(8) == 0 ? 0xFFFF0000u : choices.Below(12);
+    host::SetValue(*choices.Of(keys), name(8), type, {text.begin(), text.end()});
   }
   return registry;
 }
@@ -187,26 +187,46 @@ std::string AsVersion5(const std::string& text, bool isUtf16) {
   return isUtf16 ? Utf16(wide) : host::Narrow(wide, "UTF-8", replacement);
 }
 
-TEST_F(Registry, IsTheSameAfterItsTextFormWasRead) {
-  std::vector<std::string> plain, japanese = {"\x81\\", "\x83\x61", "\xE0\xFC"};
-  for (const char byte : "aB\\\"][ ;=\n\r\1\x7F\x81\xE9\xC9\xFF@"s) plain.emplace_back(1, byte);
-  japanese.insert(japanese.end(), plain.begin(), plain.begin() + 5);
-  test::Random random(7);
-  for (int round = 0; round < 120; ++round) {
-    host::SetCodePage(round % 2 == 0 ? 1252 : 932);
-    const auto registry = RandomRegistry(random, round % 2 == 0 ? plain : japanese);
-    const auto content = host::FormatRegistry(*registry);
-    EXPECT_EQ(*host::ParseRegistry(content), *registry) << content;
+PROPERTY(RegistryFile, HoldsAnyRegistry, 120) {
+  const bool isJapanese = choices.Below(2) != 0;
+  host::SetCodePage(isJapanese ? 932 : 1252);
+  std::vector<std::string> characters;
+  if (isJapanese) characters = {"\x81\\", "\x83\x61", "\xE0\xFC"};
+  const auto plain = isJapanese ? "aB\\\"]"s : "aB\\\"][ ;=\n\r\1\x7F\x81\xE9\xC9\xFF@"s;
+  for (const char byte : plain) characters.emplace_back(1, byte);
+  const auto registry = AnyRegistry(choices, characters);
+  const auto content = host::FormatRegistry(*registry);
+  EXPECT_EQ(*host::ParseRegistry(content), *registry) << content;
 
-    for (auto text = content; text.size() > content.size() / 2;) {
-      const auto at = random.Below(text.size());
-      text.erase(at, random.Below(content.size() / 5));
-      text.insert(at, 1, random.Of(std::vector{'"', '\\', '\n', '\0', '[', ',', '\x81'}));
-      auto damaged = round % 3 == 0 ? text : AsVersion5(text, round % 3 == 1);
-      if (random.Below(2) == 0) damaged[random.Below(damaged.size())] ^= 1 << random.Below(8);
-      RefusalOf(damaged);
-    }
-    for (std::size_t cut = 0; round < 4 && cut < content.size(); ++cut) {
+  const auto form = choices.Below(3);
+  for (auto text = content; choices.More() && text.size() > content.size() / 2;) {
+    const auto at = choices.Below(text.size());
+    text.erase(at, choices.Below(content.size() / 5));
+    text.insert(at, 1, choices.Of(std::vector{'"', '\\', '\n', '\0', '[', ',', '\x81'}));
+    auto damaged = form == 0 ? text : AsVersion5(text, form == 1);
+    if (choices.Below(2) == 0) damaged[choices.Below(damaged.size())] ^= 1 << choices.Below(8);
+    RefusalOf(damaged);
+  }
+}
+
+// What is taken is the same after it was written, unless it can't be written.
+PROPERTY(RegistryFile, TakesOrRefusesAnyContent, 100) {
+  host::SetCodePage(choices.Of<unsigned>({1252, 932, 936}));
+  const auto head =
+      choices.Of<std::string>({"", "REGEDIT4\n", "REGEDIT4\n[HKEY_USERS]\n", "\xFF\xFE",
+                               "Windows Registry Editor Version 5.00\n[HKEY_USERS]\n"});
+  const auto content = head + choices.Rest();
+  Refusal([&] {
+    const auto registry = host::ParseRegistry(content);
+    EXPECT_EQ(*host::ParseRegistry(host::FormatRegistry(*registry)), *registry);
+  });
+}
+
+TEST_F(Registry, RefusesACutFileAndNamesThatAreNoText) {
+  test::Random random(7);
+  for (int round = 0; round < 2; ++round) {
+    const auto content = host::FormatRegistry(*AnyRegistry(random, {"a", "\"", "\xE9"}));
+    for (std::size_t cut = 0; cut < content.size(); ++cut) {
       EXPECT_NE(RefusalOf(content.substr(0, cut)), "") << cut;
     }
   }

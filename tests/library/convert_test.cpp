@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "support/choices.h"
 #include "support/forms.h"
 #include "support/guarded.h"
-#include "support/random.h"
 
 namespace {
 
@@ -24,39 +24,42 @@ constexpr char kHexDigits[] = "0123456789ABCDEFabcdef";
 std::uintptr_t Word(const void* p) { return reinterpret_cast<std::uintptr_t>(p); }
 
 // Texts in which digits are frequent and everything next to the classes occurs.
-std::string RandomText(test::Random& random, unsigned maxLength) {
-  auto text = random.Text<char>({'0', '7', '9', 'a', 'F', '0', '5', '4', '3', '2'}, maxLength);
-  const std::vector<char> others = {' ',    '\t',   '\r',   '\x0E', '\x08', '+', '-',
-                                    '/',    ':',    'x',    '@',    'G',    '`', 'g',
-                                    '\x80', '\x81', '\xA0', '\xB5', '\xFF'};
+std::string AnyText(test::Choices& choices, unsigned maxLength) {
+  auto text = choices.Text<char>({'0', '7', '9', 'a', 'F', '0', '5', '4', '3', '2'}, maxLength);
+  const std::vector<char> others = {
+      ' ',    '\t',   '\r',   '\x0E', '\x08',
+      '+',    '-',    '/',    ':',    'x',
+      '@',    'G',    '`',    'g',    '\x80',
+      '\x81', '\xA0', '\xB5', '\xFF', static_cast<char>(1 + choices.Below(255))};
   for (auto& c : text) {
-    if (random.Below(6) == 0) c = random.Of(others);
+    if (choices.Below(6) == 0) c = choices.Of(others);
   }
-  return std::string(random.Below(3), ' ') + (random.Below(4) == 0 ? "-" : "") + text;
+  return std::string(choices.Below(3), ' ') + (choices.Below(4) == 0 ? "-" : "") + text;
 }
 
-TEST(DigitText, TellsTheFirstCharacterOutsideTheClass) {
-  const auto check = [](auto* isOf, const char* digits, const std::string& text) {
-    SCOPED_TRACE(testing::PrintToString(text));
-    GuardedText<char> buffer(text);
-    char* const unwritten = text.empty() ? nullptr : buffer.get() - 1;
-    char* bad = unwritten;
-    const std::size_t good = std::strspn(buffer.get(), digits);
-    host::StartJournal();
-    EXPECT_EQ(isOf(buffer.get(), &bad), good == text.size());
-    EXPECT_EQ(host::TakeJournal().size(), good);  // one step by CharNextA for each
-    EXPECT_EQ(bad, good == text.size() ? unwritten : buffer.get() + good);
-    EXPECT_EQ(isOf(buffer.get(), nullptr), good == text.size());
-  };
-  test::Random random(140);
-  for (const unsigned codePage : {1252, 932, 949}) {
-    host::SetCodePage(codePage);
-    for (unsigned i = 0; i < 500; ++i) {
-      auto text = i < 256 ? "1"s + static_cast<char>(i) + "1" : RandomText(random, 5);
-      text.resize(std::strlen(text.c_str()));
-      check(utIsStrDigit, kDigits, text);
-      check(utIsStrHexDigit, kHexDigits, text);
-    }
+void CheckDigits(decltype(utIsStrDigit) isOf, const char* digits, const std::string& text) {
+  GuardedText<char> buffer(text);
+  char* const unwritten = text.empty() ? nullptr : buffer.get() - 1;
+  char* bad = unwritten;
+  const std::size_t good = std::strspn(buffer.get(), digits);
+  host::StartJournal();
+  EXPECT_EQ(isOf(buffer.get(), &bad), good == text.size()) << testing::PrintToString(text);
+  EXPECT_EQ(host::TakeJournal().size(), good);  // one step by CharNextA for each
+  EXPECT_EQ(bad, good == text.size() ? unwritten : buffer.get() + good);
+  EXPECT_EQ(isOf(buffer.get(), nullptr), good == text.size());
+}
+
+PROPERTY(DigitText, TellsTheFirstCharacterOutsideTheClass, 1500) {
+  host::SetCodePage(choices.Of<unsigned>({1252, 932, 949}));
+  const auto text = AnyText(choices, 5);
+  CheckDigits(utIsStrDigit, kDigits, text);
+  CheckDigits(utIsStrHexDigit, kHexDigits, text);
+}
+
+TEST(DigitText, IsToldByEveryCharacter) {
+  for (unsigned i = 1; i < 256; ++i) {
+    CheckDigits(utIsStrDigit, kDigits, "1"s + static_cast<char>(i) + "1");
+    CheckDigits(utIsStrHexDigit, kHexDigits, "1"s + static_cast<char>(i) + "1");
   }
   char* bad = nullptr;
   EXPECT_EQ(utIsStrDigit(nullptr, &bad) + utIsStrHexDigit(nullptr, nullptr), 2);
@@ -73,24 +76,25 @@ TEST(DigitText, GivesEveryCharacterItsValue) {
 
 // The C library reads decimal numbers by the same rules, into 64 bits, which wrap nowhere below 20
 // digits.
+void CheckNumbers(const std::string& text) {
+  GuardedText<char> buffer(text);
+  const auto number = static_cast<INT>(std::strtoull(text.c_str(), nullptr, 10));
+  EXPECT_EQ(utAtoI(buffer.get()), number) << text;
+  const auto digits = text.substr(0, std::strspn(text.c_str(), kHexDigits)).substr(0, 8);
+  host::StartJournal();
+  EXPECT_EQ(utAtoX(buffer.get()), std::strtoul(("0" + digits).c_str(), nullptr, 16)) << text;
+  EXPECT_EQ(host::TakeJournal().size(), digits.size());  // one step by CharNextA for each
+}
+
+PROPERTY(DigitText, ReadsAnyNumberAtTheStart, 2000) { CheckNumbers(AnyText(choices, 17)); }
+
 TEST(DigitText, ReadsTheNumberAtTheStart) {
-  test::Random random(145);
   // clang-format off
-  std::vector<std::string> texts = {
+  for (const char* text : {
       "", "\t\n\v\f\r 7", "\xA0\x37", "+5", "+-5", "--5", "- 5", "2147483647", "2147483648", " 1", "-1",
       "-2147483648", "-2147483649", "4294967295", "4294967297", "FFFFFFFF1", "123456789", "abcdef01",
-      "12G4", "0x1F"};
+      "12G4", "0x1F"}) CheckNumbers(text);
   // clang-format on
-  for (int i = 0; i < 2000; ++i) texts.push_back(RandomText(random, 17));
-  for (const auto& text : texts) {
-    GuardedText<char> buffer(text);
-    const auto number = static_cast<INT>(std::strtoull(text.c_str(), nullptr, 10));
-    EXPECT_EQ(utAtoI(buffer.get()), number) << text;
-    const auto digits = text.substr(0, std::strspn(text.c_str(), kHexDigits)).substr(0, 8);
-    host::StartJournal();
-    EXPECT_EQ(utAtoX(buffer.get()), std::strtoul(("0" + digits).c_str(), nullptr, 16)) << text;
-    EXPECT_EQ(host::TakeJournal().size(), digits.size());  // one step by CharNextA for each
-  }
   EXPECT_EQ(utAtoX(nullptr), 0u);
 }
 
@@ -104,28 +108,32 @@ std::vector<unsigned char> BytesOfHexText(const std::string& text) {
   return bytes;
 }
 
+void CheckHexText(test::Choices& choices, std::size_t length) {
+  const std::string alphabet = "0123456789ABCDEFabcdef/:@G`g"s + '\0' + "\x80\xC1\xE1";
+  GuardedBuffer bytes(length), text(2 * length);
+  std::string expected;
+  for (std::size_t i = 0; i < length; ++i) {
+    const BYTE byte = bytes.data()[i] = static_cast<BYTE>(choices.Below(256));
+    expected += {kHexDigits[byte >> 4], kHexDigits[byte & 15]};
+  }
+  utHex2Ascii(text.As<char>(), bytes.data(), length);
+  EXPECT_EQ(text.Bytes(), test::BytesOf(expected, 0));
+
+  for (const std::size_t count : {2 * length, 2 * length + 1}) {
+    std::string input(count, 0);
+    for (auto& c : input) c = alphabet[choices.Below(static_cast<unsigned>(alphabet.size()))];
+    GuardedBuffer from(count), to((count + 1) / 2);
+    from.Set(test::BytesOf(input, 0));
+    utAscii2Hex(to.data(), from.As<char>(), count);
+    EXPECT_EQ(to.Bytes(), BytesOfHexText(input)) << count;
+  }
+}
+
+PROPERTY(HexText, IsWrittenAndReadAtAnyLength, 68) { CheckHexText(choices, choices.Below(68)); }
+
 TEST(HexText, IsWrittenAndReadAtEveryLength) {
   test::Random random(147);
-  const std::string alphabet = "0123456789ABCDEFabcdef/:@G`g"s + '\0' + "\x80\xC1\xE1";
-  for (std::size_t length = 0; length <= 67; ++length) {
-    GuardedBuffer bytes(length), text(2 * length);
-    std::string expected;
-    for (std::size_t i = 0; i < length; ++i) {
-      const BYTE byte = bytes.data()[i] = static_cast<BYTE>(random.Below(256));
-      expected += {kHexDigits[byte >> 4], kHexDigits[byte & 15]};
-    }
-    utHex2Ascii(text.As<char>(), bytes.data(), length);
-    EXPECT_EQ(text.Bytes(), test::BytesOf(expected, 0));
-
-    for (const std::size_t count : {2 * length, 2 * length + 1}) {
-      std::string input(count, 0);
-      for (auto& c : input) c = alphabet[random.Below(static_cast<unsigned>(alphabet.size()))];
-      GuardedBuffer from(count), to((count + 1) / 2);
-      from.Set(test::BytesOf(input, 0));
-      utAscii2Hex(to.data(), from.As<char>(), count);
-      EXPECT_EQ(to.Bytes(), BytesOfHexText(input)) << count;
-    }
-  }
+  for (std::size_t length = 0; length <= 67; ++length) CheckHexText(random, length);
 }
 
 TEST(HexText, IsReadFromEveryPairInBulkAndAlone) {

@@ -8,8 +8,8 @@
 #include <climits>
 #include <map>
 
+#include "support/choices.h"
 #include "support/journal.h"
-#include "support/random.h"
 
 namespace {
 
@@ -26,81 +26,79 @@ std::vector<host::Call> CallsOf(unsigned n, Work work, int code = 0) {
   return host::TakeJournal();
 }
 
-TEST(Geometry, IsReadInTheParentAndChangedByAnyDelta) {
+PROPERTY(Geometry, IsReadInTheParentAndChangedByAnyDelta, 800) {
   using Change = BOOL(UT_API*)(HWND, INT, INT);
-  const std::vector<LONG> numbers = {INT_MIN, INT_MIN + 1, -110, -4, 0, 3, 110, INT_MAX};
-  test::Random random(7);
-  const auto number = [&] { return random.Of(numbers); };
+  const std::vector<LONG> numbers = {
+      INT_MIN, INT_MIN + 1, -110,
+      -4,      0,           3,
+      110,     INT_MAX,     static_cast<LONG>(choices.Below(0xFFFFFFFF))};
+  const auto number = [&] { return choices.Of(numbers); };
   const HWND hWndOuter = host::AddWindow({});
-  for (int i = 0; i < 200; ++i) {
-    const HWND hWndParent = i % 4 == 0 ? nullptr : hWndOuter;
-    const RECT inParent = {number(), number(), number(), number()};
-    const HWND hWnd = host::AddWindow({.hWndParent = hWndParent});
-    host::WindowOf(hWndOuter).rect = {number(), number(), number(), number()};
-    host::WindowOf(hWndOuter).client = {number(), number()};
-    host::SetSuccess(random.Of<BOOL>({1, 2, -1, INT_MIN}));
-    for (const Change change : {Change{}, utMoveWindowDelta, utSizeWindowDelta, utMoveChildDelta}) {
-      const bool isChild = change == nullptr || change == utMoveChildDelta;
-      for (unsigned n = 0; n <= (isChild ? 5 : 2); ++n) {
-        host::WindowOf(hWnd).rect = inParent;
-        RECT onScreen, rect;
-        const BOOL success = GetWindowRect(hWnd, &onScreen);
-        const std::int64_t delta1 = number(), delta2 = number();
-        const auto calls = CallsOf(n, [&] {
-          const BOOL result = change ? change(hWnd, delta1, delta2) : utGetChildRect(hWnd, &rect);
-          EXPECT_EQ(result, n == 1 ? 0 : success);
-        });
-        const auto pRect = calls.at(0).arguments.at(1);
-        const std::string read = Line("GetWindowRect", hWnd, pRect);
-        std::string next;
-        const HWND hWndGiven = n == 2 ? nullptr : hWndParent;
-        if (isChild) {
-          next = Line("GetParent", hWnd) + Line("ScreenToClient", hWndGiven, pRect) +
-                 Line("ScreenToClient", hWndGiven, pRect + 8);
-        }
-        // A corner that the platform does not convert keeps its place on the screen.
-        const auto [left, top, x, y] = isChild && n != 2 && n != 3 ? inParent : onScreen;
-        const auto [x1, y1, right, bottom] = isChild && n != 2 && n != 4 ? inParent : onScreen;
-        if (change == utSizeWindowDelta) {
-          next +=
-              Line("SetWindowPos", hWnd, 0, 0, 0, delta1 + right - left, delta2 + bottom - top, 6);
-        } else if (change) {
-          next += Line("SetWindowPos", hWnd, 0, delta1 + left, delta2 + top, 0, 0, 5);
-        } else if (n != 1) {
-          EXPECT_EQ(Line("", rect.left, rect.top, rect.right, rect.bottom),
-                    Line("", left, top, right, bottom));
-        }
-        EXPECT_EQ(Text(calls), n == 1 ? read : read + next);
-      }
+  const HWND hWndParent = choices.Below(4) == 0 ? nullptr : hWndOuter;
+  const RECT inParent = {number(), number(), number(), number()};
+  const HWND hWnd = host::AddWindow({.hWndParent = hWndParent});
+  host::WindowOf(hWndOuter).rect = {number(), number(), number(), number()};
+  host::WindowOf(hWndOuter).client = {number(), number()};
+  host::SetSuccess(choices.Of<BOOL>({1, 2, -1, INT_MIN}));
+  const auto change =
+      choices.Of<Change>({nullptr, utMoveWindowDelta, utSizeWindowDelta, utMoveChildDelta});
+  const bool isChild = change == nullptr || change == utMoveChildDelta;
+  for (unsigned n = 0; n <= (isChild ? 5 : 2); ++n) {
+    host::WindowOf(hWnd).rect = inParent;
+    RECT onScreen, rect;
+    const BOOL success = GetWindowRect(hWnd, &onScreen);
+    const std::int64_t delta1 = number(), delta2 = number();
+    const auto calls = CallsOf(n, [&] {
+      const BOOL result = change ? change(hWnd, delta1, delta2) : utGetChildRect(hWnd, &rect);
+      EXPECT_EQ(result, n == 1 ? 0 : success);
+    });
+    const auto pRect = calls.at(0).arguments.at(1);
+    const std::string read = Line("GetWindowRect", hWnd, pRect);
+    std::string next;
+    const HWND hWndGiven = n == 2 ? nullptr : hWndParent;
+    if (isChild) {
+      next = Line("GetParent", hWnd) + Line("ScreenToClient", hWndGiven, pRect) +
+             Line("ScreenToClient", hWndGiven, pRect + 8);
     }
+    // A corner that the platform does not convert keeps its place on the screen.
+    const auto [left, top, x, y] = isChild && n != 2 && n != 3 ? inParent : onScreen;
+    const auto [x1, y1, right, bottom] = isChild && n != 2 && n != 4 ? inParent : onScreen;
+    if (change == utSizeWindowDelta) {
+      next += Line("SetWindowPos", hWnd, 0, 0, 0, delta1 + right - left, delta2 + bottom - top, 6);
+    } else if (change) {
+      next += Line("SetWindowPos", hWnd, 0, delta1 + left, delta2 + top, 0, 0, 5);
+    } else if (n != 1) {
+      EXPECT_EQ(Line("", rect.left, rect.top, rect.right, rect.bottom),
+                Line("", left, top, right, bottom));
+    }
+    EXPECT_EQ(Text(calls), n == 1 ? read : read + next);
   }
 }
 
-TEST(StringResource, SetsTheTextOfAWindowOrAControl) {
+PROPERTY(StringResource, SetsTheTextOfAWindowOrAControl, 40) {
   const auto hModule = reinterpret_cast<HINSTANCE>(0x400000);
   const UINT idString = 0x80000005u;
   const HWND hDlg = host::AddWindow({});
   const HWND hWndItem = host::AddWindow({.hWndParent = hDlg, .id = -3});
   host::SetSuccess(-9);
-  for (const unsigned length : {0, 1, 254, 255, 256, 1000}) {
-    if (length != 0) host::SetString(hModule, idString, std::string(length, 't'));
-    for (const bool isItem : {false, true}) {
-      for (const auto& [n, code] : {std::pair{0u, 0}, {1u, 0}, {1u, -5}, {2u, 0}}) {
-        auto& text = host::WindowOf(isItem ? hWndItem : hDlg).text = "old";
-        const bool isLoaded = n != 1 && length > 0, isSet = isLoaded && n != 2;
-        const auto work = [&] {
-          EXPECT_EQ(isItem ? utSetDlgItemStringRes(hDlg, -3, hModule, idString)
-                           : utSetWindowStringRes(hDlg, hModule, idString),
-                    isSet ? -9 : code);
-        };
-        const auto calls = CallsOf(n, work, code);
-        const auto pText = calls.at(0).arguments.at(2);
-        EXPECT_EQ(Text(calls), Line("LoadStringA", hModule, idString, pText, 256) +
-                                   (!isLoaded ? ""
-                                    : isItem  ? Line("SetDlgItemTextA", hDlg, -3, pText)
-                                              : Line("SetWindowTextA", hDlg, pText)));
-        EXPECT_EQ(text, isSet ? std::string(std::min(length, 255u), 't') : "old");
-      }
+  const auto length = choices.Of<unsigned>({0, 1, 254, 255, 256, choices.Below(1000)});
+  if (length != 0) host::SetString(hModule, idString, std::string(length, 't'));
+  for (const bool isItem : {false, true}) {
+    for (const auto& [n, code] : {std::pair{0u, 0}, {1u, 0}, {1u, -5}, {2u, 0}}) {
+      auto& text = host::WindowOf(isItem ? hWndItem : hDlg).text = "old";
+      const bool isLoaded = n != 1 && length > 0, isSet = isLoaded && n != 2;
+      const auto work = [&] {
+        EXPECT_EQ(isItem ? utSetDlgItemStringRes(hDlg, -3, hModule, idString)
+                         : utSetWindowStringRes(hDlg, hModule, idString),
+                  isSet ? -9 : code);
+      };
+      const auto calls = CallsOf(n, work, code);
+      const auto pText = calls.at(0).arguments.at(2);
+      EXPECT_EQ(Text(calls), Line("LoadStringA", hModule, idString, pText, 256) +
+                                 (!isLoaded ? ""
+                                  : isItem  ? Line("SetDlgItemTextA", hDlg, -3, pText)
+                                            : Line("SetWindowTextA", hDlg, pText)));
+      EXPECT_EQ(text, isSet ? std::string(std::min(length, 255u), 't') : "old");
     }
   }
 }
@@ -145,65 +143,60 @@ struct Model {
   }
 };
 
-TEST(DefaultButton, IsAskedForAndSetCallByCall) {
+PROPERTY(DefaultButton, IsAskedForAndSetCallByCall, 1600) {
   constexpr int kNowhere = 0x10000;  // an id that no control has, and a flag
   const HWND hDlg = host::AddWindow({});
   for (const int id : {5, 6, 0xFFFF, -1, 0}) host::AddWindow({.hWndParent = hDlg, .id = id});
-  test::Random random(183);
-  for (int i = 0; i < 2000; ++i) {
-    const int idButton = random.Of<int>({5, 0xFFFF, -1, 0, kNowhere});
-    const int id2 = random.Of<int>({0, 6, -1, kNowhere});
-    const int id3 = random.Of<int>({0, 6, idButton, kNowhere});
-    const DWORD idShort = idButton & 0xFFFF, its = 0x534B0000 | idShort;
-    const DWORD answer =
-        random.Of<DWORD>({0, its, its, 0x534B0006, 0x534A0000 | idShort, idShort, 0xFFFFFFFF});
-    const HWND hWnd = GetDlgItem(hDlg, idButton);
-    const HWND hWndFocus = random.Of<HWND>({nullptr, hWnd, GetDlgItem(hDlg, 6)});
-    const bool isEnabled = random.Below(2) != 0;
-    for (unsigned n = 0; n <= (i % 5 == 0 ? 10 : 0); ++n) {
-      host::WindowOf(hDlg).defaultId = answer;
-      if (hWnd) host::WindowOf(hWnd).isEnabled = isEnabled;
-      host::SetFocus(hWndFocus);
-      host::SetSuccess(n % 2 == 0 ? 1 : 0x100);
-      EXPECT_EQ(utGetDlgDefButton(hDlg), (DWORD)Model{hDlg}.Default());
-      Model model{hDlg, n};
-      if (i % 3 == 0) model.SetDefault(idButton, id3);
-      if (i % 3 == 1) model.Disable(idButton, id2, id3);
-      if (i % 3 == 2) model.Enable(idButton, id2 != 0);
-      const auto calls = CallsOf(n, [&] {
-        if (i % 3 == 0) utSetDlgButtonAsDefault(hDlg, idButton, id3);
-        if (i % 3 == 1) utDisableDlgDefButton(hDlg, idButton, id2, id3);
-        if (i % 3 == 2) utEnableDlgDefButton(hDlg, idButton, id2);
-      });
-      ASSERT_EQ(Text(calls), model.calls) << "case " << i << ", call " << n << " fails";
-    }
+  const unsigned kind = choices.Below(3);
+  const int idButton = choices.Of<int>({5, 0xFFFF, -1, 0, kNowhere});
+  const int id2 = choices.Of<int>({0, 6, -1, kNowhere});
+  const int id3 = choices.Of<int>({0, 6, idButton, kNowhere});
+  const DWORD idShort = idButton & 0xFFFF, its = 0x534B0000 | idShort;
+  const DWORD answer =
+      choices.Of<DWORD>({0, its, its, 0x534B0006, 0x534A0000 | idShort, idShort, 0xFFFFFFFF});
+  const HWND hWnd = GetDlgItem(hDlg, idButton);
+  const HWND hWndFocus = choices.Of<HWND>({nullptr, hWnd, GetDlgItem(hDlg, 6)});
+  const bool isEnabled = choices.Below(2) != 0;
+  const unsigned calls = choices.Below(5) == 0 ? 10 : 0;
+  for (unsigned n = 0; n <= calls; ++n) {
+    host::WindowOf(hDlg).defaultId = answer;
+    if (hWnd) host::WindowOf(hWnd).isEnabled = isEnabled;
+    host::SetFocus(hWndFocus);
+    host::SetSuccess(n % 2 == 0 ? 1 : 0x100);
+    EXPECT_EQ(utGetDlgDefButton(hDlg), (DWORD)Model{hDlg}.Default());
+    Model model{hDlg, n};
+    if (kind == 0) model.SetDefault(idButton, id3);
+    if (kind == 1) model.Disable(idButton, id2, id3);
+    if (kind == 2) model.Enable(idButton, id2 != 0);
+    const auto made = CallsOf(n, [&] {
+      if (kind == 0) utSetDlgButtonAsDefault(hDlg, idButton, id3);
+      if (kind == 1) utDisableDlgDefButton(hDlg, idButton, id2, id3);
+      if (kind == 2) utEnableDlgDefButton(hDlg, idButton, id2);
+    });
+    ASSERT_EQ(Text(made), model.calls) << "call " << n << " fails";
   }
 }
 
-TEST(CheckedButton, IsTheFirstOfItsRange) {
-  test::Random random(181);
-  for (int i = 0; i < 1000; ++i) {
-    host::Reset();
-    const HWND hDlg = host::AddWindow({});
-    const std::int64_t base = random.Of<int>({INT_MIN, -3, 0, 0xFFFC, INT_MAX - 6});
-    std::map<std::int64_t, UINT> states;
-    for (auto id = base; id < base + 7; ++id) {
-      if (random.Below(4) == 0) continue;
-      states[id] = random.Of<UINT>({0, 0, 1, 2, 3, 0x10001, 0xFFFFFFFF});
-      host::AddWindow({.hWndParent = hDlg, .id = (int)id, .checkState = states[id]});
-    }
-    const std::int64_t first = base + random.Below(7), last = base + random.Below(7);
-    std::string expected;
-    auto id = first;
-    for (; id <= last; ++id) {
-      expected += Line("IsDlgButtonChecked", hDlg, id);
-      if (states[id] == 1) break;
-    }
-    const auto work = [&] {
-      EXPECT_EQ(utWhichDlgButtonChecked(hDlg, (int)first, (int)last), id <= last ? id : 0);
-    };
-    EXPECT_EQ(Text(CallsOf(0, work)), expected) << first << " to " << last;
+PROPERTY(CheckedButton, IsTheFirstOfItsRange, 1000) {
+  const HWND hDlg = host::AddWindow({});
+  const std::int64_t base = choices.Of<int>({INT_MIN, -3, 0, 0xFFFC, INT_MAX - 6});
+  std::map<std::int64_t, UINT> states;
+  for (auto id = base; id < base + 7; ++id) {
+    if (choices.Below(4) == 0) continue;
+    states[id] = choices.Of<UINT>({0, 0, 1, 2, 3, 0x10001, 0xFFFFFFFF});
+    host::AddWindow({.hWndParent = hDlg, .id = (int)id, .checkState = states[id]});
   }
+  const std::int64_t first = base + choices.Below(7), last = base + choices.Below(7);
+  std::string expected;
+  auto id = first;
+  for (; id <= last; ++id) {
+    expected += Line("IsDlgButtonChecked", hDlg, id);
+    if (states[id] == 1) break;
+  }
+  const auto work = [&] {
+    EXPECT_EQ(utWhichDlgButtonChecked(hDlg, (int)first, (int)last), id <= last ? id : 0);
+  };
+  EXPECT_EQ(Text(CallsOf(0, work)), expected) << first << " to " << last;
 }
 
 }  // namespace

@@ -46,8 +46,8 @@ HKEY key;
 HXBUF hXBuf;
 DWORD size, result;
 
-#define CALL(call) #call, [](Out & to) -> DWORD { return (void)to, call; }
 // clang-format off
+#define CALL(call) #call, [](Out& to) -> DWORD { return (void)to, call; }
 const Row kRows[] = {
     {CALL(utRegVerifyKey(u, k)), 1, 0, "", kIsTheOnlyFailure},
     {CALL(utRegVerifyValue(u, k, "sz", to)), 1, 0},

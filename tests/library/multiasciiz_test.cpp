@@ -1,22 +1,24 @@
 // MultiAsciiz lists, byte and wide forms by one text, beside models on vectors of strings.
+#include <codepage.h>
 #include <host.h>
 #include <tavkit.h>
 
 #include <optional>
 
+#include "support/choices.h"
 #include "support/form_test.h"
-#include "support/random.h"
 
 namespace {
 
 using List = std::vector<std::string>;
 using test::Bytes, test::Over, test::Pattern;
 
+// Lists in the memory of a form, and the checks of a random one.
 template <class F>
-class MultiAsciizTest : public test::FormTest<F> {
- protected:
-  using typename test::FormTest<F>::String;
-  static constexpr DWORD kUnit = sizeof(typename F::Char);
+struct Checks : test::Ground<F> {
+  using typename test::Ground<F>::Char;
+  using typename test::Ground<F>::String;
+  using test::Ground<F>::kUnit;
 
   // The first members of a list with their terminators, without the final zero.
   static String Used(const List& list, std::size_t count) {
@@ -25,6 +27,15 @@ class MultiAsciizTest : public test::FormTest<F> {
     return used;
   }
   static Bytes Flat(const List& list) { return test::BytesOf(Used(list, list.size())); }
+
+  static List Members(const String& full) {
+    List list;
+    for (std::size_t at = 0; full[at] != 0; at += list.back().size() + 1) {
+      const String member = &full[at];
+      list.emplace_back(member.begin(), member.end());
+    }
+    return list;
+  }
 
   // What an insert makes of the units of a list; nothing if it is refused.
   static std::optional<String> Inserted(String full, long at, const String& string, DWORD cbList) {
@@ -37,7 +48,185 @@ class MultiAsciizTest : public test::FormTest<F> {
       return {};
     return full.insert(appends ? length - 1 : at, string + typename F::Char{});
   }
+
+  // The life of a list, step by step.
+  void CheckWalk(test::Choices& choices) {
+    host::SetCodePage(choices.Of<unsigned>({1252, 932}));
+    List list;
+    Bytes block(24 + choices.Below(80));
+    for (unsigned step = 0; choices.More(); ++step) {
+      auto* pList = this->Put(block);
+      const auto at = [&](std::size_t index) { return pList + this->Used(list, index).size(); };
+      std::string word = choices.Text<char>({'a', 'B', 'b'}, 5);
+      const auto string = test::Text<F>(word);
+      const auto* psz = string.c_str();
+      const auto kind = choices.Below(5);
+      if (kind == 0) {
+        const DWORD cStrings = choices.Below(8) == 0 ? ~0u : choices.Below(3);
+        EXPECT_EQ(F::RemoveMultiAsciiz(pList, cStrings), cStrings <= list.size());
+        const bool empties = !list.empty() && cStrings >= list.size();
+        list.erase(list.begin(), list.begin() + std::min<std::size_t>(cStrings, list.size()));
+        if (empties) block = Over(block, Bytes(2 * this->kUnit));
+      } else if (kind == 1) {
+        for (const BOOL caseSensitive : {0, 1, -1}) {
+          const auto operation =
+              std::string(caseSensitive ? "lstrcmp" : "lstrcmpi") + (F::kIsWide ? 'W' : 'A');
+          const auto compare = caseSensitive ? strcmp : strcasecmp;
+          std::vector<host::Call> calls;
+          std::size_t found = word.empty() ? list.size() : 0;
+          for (; found < list.size(); ++found) {
+            calls.push_back({operation, {std::uintptr_t(psz), std::uintptr_t(at(found))}});
+            if (compare(list[found].c_str(), word.c_str()) == 0) break;
+          }
+          host::StartJournal();
+          EXPECT_EQ(F::ScanMultiAsciiz(psz, pList, caseSensitive),
+                    found == list.size() && !word.empty() ? nullptr : at(found));
+          EXPECT_EQ(host::TakeJournal(), calls);
+        }
+      } else {
+        if (kind == 2 && !list.empty()) {  // a member of the list itself goes in again
+          const auto own = choices.Below(list.size());
+          word = list[own];
+          psz = at(own);
+        }
+        const auto full = Used(list, list.size()) + Char{};
+        const auto place = kind == 3 ? full.size() - 1
+                           : kind == 4 && !word.empty()
+                               ? choices.Below(full.size() + 2)
+                               : at(choices.Below(list.size() + 1)) - pList;
+        DWORD cbList = choices.Of<DWORD>(
+            {DWORD(block.size()), choices.Below(block.size()), UT_SIZE_UNCHECKED});
+        const auto inserted = [&] {
+          return word.empty() ? full : Inserted(full, place, test::Text<F>(word), cbList);
+        };
+        if (inserted().value_or(full).size() * kUnit > block.size()) cbList = block.size();
+        EXPECT_EQ(kind == 3 ? F::AppendMultiAsciiz(psz, pList, cbList)
+                            : F::InsertMultiAsciiz(psz, pList + place, pList, cbList),
+                  inserted().has_value());
+        // A string that went in at the end of another one makes that the last of the list.
+        const auto whole = inserted().value_or(full);
+        block = Over(block, test::BytesOf(whole, 0));
+        list = Members(whole);
+      }
+      block = Over(block, this->Flat(list));
+      ASSERT_TRUE(this->Holds(block)) << "step " << step;
+    }
+  }
+
+  // The walk goes by blocks of bytes, so every place of a list within its blocks counts; units with
+  // one zero half must not end a wide one.
+  void CheckEnds(test::Choices& choices) {
+    String used;
+    std::vector<std::size_t> starts = {0};
+    for (auto members = choices.Below(6); members > 0; --members) {
+      used += Char{'m'};
+      used += choices.Text<Char>({1, 'a', Char(F::kIsWide ? 0x100 : 0xFF)}, 36) + Char{};
+      starts.push_back(used.size());
+    }
+    auto block = test::BytesOf(used);
+    test::GuardedText<Char> front(used, test::Guard::kInFront);
+    const unsigned place = choices.Below(3);
+    const bool isOnHeap = place == 0;  // where the sanitizers watch the block's ends
+    if (!isOnHeap) block.resize(block.size() + choices.Below(17), test::kPattern);
+    const Char* pList = isOnHeap     ? reinterpret_cast<Char*>(block.data())
+                        : place == 1 ? front.get()
+                                     : this->Put(block);
+    EXPECT_EQ(F::MultiAsciizSize(pList, 0), used.size() * this->kUnit);
+    EXPECT_EQ(F::MultiAsciizSize(pList, 7), (used.size() + 1) * this->kUnit);
+    EXPECT_EQ(F::MultiAsciizStringCount(pList), starts.size() - 1);
+    EXPECT_EQ(F::ScanMultiAsciiz(nullptr, pList, 1), pList + used.size());
+    starts.push_back(used.size() + 1);  // a step on the final zero leads behind the list
+    for (std::size_t n = 0; n + 1 < starts.size(); ++n) {
+      EXPECT_EQ(F::NextAsciiz(pList + starts[n]), pList + starts[n + 1]);
+    }
+  }
+
+  void CheckCursor(const List& words, DWORD size) {
+    Bytes block = Pattern(size);
+    auto* const pList = this->Put(block);
+    auto* cursor = pList;
+    DWORD left = size, used = 0;
+    for (const auto& word : words) {
+      const auto string = test::Text<F>(word);
+      const DWORD cbString = string.empty() ? 0 : (string.size() + 1) * kUnit;
+      const bool fits = used + cbString + kUnit <= size;
+      EXPECT_EQ(F::CopyNextAsciiz(string.c_str(), &cursor, &left), fits);
+      const auto bytes = test::BytesOf(string, string.empty() ? 1 : 2);
+      if (fits) std::copy(bytes.begin(), bytes.end(), block.begin() + used);
+      if (fits) used += cbString;
+      EXPECT_EQ(reinterpret_cast<char*>(cursor) - reinterpret_cast<char*>(pList), used);
+      EXPECT_EQ(left, size - used);
+      EXPECT_TRUE(this->Holds(block));
+    }
+    EXPECT_EQ(F::CopyNextAsciiz(nullptr, &cursor, &left), left >= kUnit);
+    if (left >= kUnit) std::fill_n(block.begin() + used, kUnit, 0);
+    EXPECT_EQ(utInitMultiAsciiz(pList, size), size > 4);
+    EXPECT_TRUE(this->Holds(size > 4 ? Bytes(size) : block));
+  }
+
+  // An array to a list, and the list of the same strings to an array.
+  void CheckArrays(const List& words, DWORD size) {
+    using Psz = const Char*;
+    const auto strings = this->Used(words, words.size());
+    std::vector<Psz> array(words.size() + 1);
+    for (std::size_t i = 0; i < words.size(); ++i) array[i] = &strings[this->Used(words, i).size()];
+    List list;
+    bool complete = size > 4;
+    for (std::size_t i = 0; complete && i < words.size(); ++i) {
+      if (!words[i].empty()) list.push_back(words[i]);
+      complete = this->Flat(list).size() <= size;
+      if (!complete) list.pop_back();
+    }
+    DWORD stored = 99;
+    for (DWORD* pcStored : {&stored, static_cast<DWORD*>(nullptr)}) {
+      auto* pList = this->Put(Pattern(size));
+      EXPECT_EQ(F::Array2MultiAsciiz(array.data(), pList, size, pcStored), complete);
+      EXPECT_TRUE(this->Holds(size > 4 ? Over(Bytes(size), this->Flat(list)) : Pattern(size)));
+    }
+    EXPECT_EQ(stored, list.size());
+
+    list = words;
+    std::erase(list, "");
+    const DWORD slots = size / sizeof(Psz);
+    const auto flat = Flat(list);
+    auto* pList = reinterpret_cast<Psz>(flat.data());
+    std::vector<Psz> expected((size + sizeof(Psz) - 1) / sizeof(Psz));
+    for (DWORD i = 0; i < list.size() && i + 1 < slots; ++i) {
+      expected[i] = pList + Used(list, i).size();
+    }
+    test::GuardedBuffer out(expected.size() * sizeof(Psz));
+    EXPECT_EQ(F::MultiAsciiz2Array(pList, out.As<Psz>(), size, &stored), slots > 0);
+    EXPECT_EQ(stored, slots == 0 ? 0 : std::min<DWORD>(list.size(), slots - 1));
+    EXPECT_TRUE(out.IsUntouched(slots == 0 ? 0 : size));
+    EXPECT_TRUE(slots == 0 || std::memcmp(out.data(), expected.data(), size) == 0);
+    EXPECT_EQ(F::MultiAsciiz2Array(nullptr, out.As<Psz>(), size, nullptr), slots > 0);
+  }
+
+  void CheckConversions(test::Choices& choices) {
+    List words;
+    while (choices.Below(5) != 0) words.push_back(choices.Text<char>({'a', '\xE1', '\x80'}, 6));
+    CheckArrays(words, choices.Below(50));
+    CheckCursor(words, choices.Below(50));
+  }
 };
+
+PROPERTY(MultiAsciiz, IsBuiltAndConvertedWithinAnySize, 500) {
+  choices.Below(2) == 0 ? Checks<test::ByteForm>().CheckConversions(choices)
+                        : Checks<test::WideForm>().CheckConversions(choices);
+}
+
+PROPERTY(MultiAsciiz, LivesAsItsModel, 120) {
+  choices.Below(2) == 0 ? Checks<test::ByteForm>().CheckWalk(choices)
+                        : Checks<test::WideForm>().CheckWalk(choices);
+}
+
+PROPERTY(MultiAsciiz, EndsAtItsFinalZero, 4000) {
+  choices.Below(2) == 0 ? Checks<test::ByteForm>().CheckEnds(choices)
+                        : Checks<test::WideForm>().CheckEnds(choices);
+}
+
+template <class F>
+class MultiAsciizTest : public testing::Test, protected Checks<F> {};
 TYPED_TEST_SUITE(MultiAsciizTest, test::Forms, test::FormNames);
 
 TYPED_TEST(MultiAsciizTest, InsertAtEveryPositionOfSmallListsForEverySize) {
@@ -65,7 +254,7 @@ TYPED_TEST(MultiAsciizTest, InsertAtEveryPositionOfSmallListsForEverySize) {
             << testing::PrintToString(lists[i]) << " at " << at << ", size " << cbList;
       }
     }
-    if (lists[i].size() == 4) continue;
+    if (lists[i].size() == 3) continue;
     for (const char* member : {"a", "b", "ab", "ba"}) {
       lists.push_back(lists[i]);
       lists.back().push_back(member);
@@ -73,120 +262,11 @@ TYPED_TEST(MultiAsciizTest, InsertAtEveryPositionOfSmallListsForEverySize) {
   }
 }
 
-TYPED_TEST(MultiAsciizTest, AgreeWithTheModelOnRandomSequences) {
-  using F = TypeParam;
-  test::Random random(21);
-  List list;
-  Bytes block;
-  for (int step = 0; step < 2400; ++step) {
-    if (step % 40 == 0) {
-      list = {};
-      block = Bytes(24 + random.Below(80));
-    }
-    auto* pList = this->Put(block);
-    const auto at = [&](std::size_t index) { return pList + this->Used(list, index).size(); };
-    std::string word = random.Text<char>({'a', 'B', 'b'}, 5);
-    const auto string = test::Text<F>(word);
-    const auto* psz = string.c_str();
-    const auto kind = random.Below(5);
-    if (kind == 0) {
-      const DWORD cStrings = step % 8 == 7 ? ~0u : random.Below(3);
-      EXPECT_EQ(F::RemoveMultiAsciiz(pList, cStrings), cStrings <= list.size());
-      const bool empties = !list.empty() && cStrings >= list.size();
-      list.erase(list.begin(), list.begin() + std::min<std::size_t>(cStrings, list.size()));
-      if (empties) block = Over(block, Bytes(2 * this->kUnit));
-    } else if (kind == 1) {
-      for (const BOOL caseSensitive : {0, 1, -1}) {
-        const auto operation =
-            std::string(caseSensitive ? "lstrcmp" : "lstrcmpi") + (F::kIsWide ? 'W' : 'A');
-        const auto compare = caseSensitive ? strcmp : strcasecmp;
-        std::vector<host::Call> calls;
-        std::size_t found = word.empty() ? list.size() : 0;
-        for (; found < list.size(); ++found) {
-          calls.push_back({operation, {std::uintptr_t(psz), std::uintptr_t(at(found))}});
-          if (compare(list[found].c_str(), word.c_str()) == 0) break;
-        }
-        host::StartJournal();
-        EXPECT_EQ(F::ScanMultiAsciiz(psz, pList, caseSensitive),
-                  found == list.size() && !word.empty() ? nullptr : at(found));
-        EXPECT_EQ(host::TakeJournal(), calls);
-      }
-    } else {
-      if (kind == 2 && !list.empty()) {  // a member of the list itself goes in again
-        const auto own = random.Below(list.size());
-        word = list[own];
-        psz = at(own);
-      }
-      const auto index = kind == 3 ? list.size() : random.Below(list.size() + 1);
-      auto longer = list;
-      if (!word.empty()) longer.insert(longer.begin() + index, word);
-      const bool fits = this->Flat(longer).size() <= block.size();
-      EXPECT_EQ(kind == 3 ? F::AppendMultiAsciiz(psz, pList, block.size())
-                          : F::InsertMultiAsciiz(psz, at(index), pList, block.size()),
-                fits);
-      if (fits) list = longer;
-    }
-    block = Over(block, this->Flat(list));
-    ASSERT_TRUE(this->Holds(block)) << "step " << step;
-  }
-}
-
-// The walk goes by blocks of bytes, so every place of a list within its blocks counts; units with
-// one zero half must not end a wide one.
-TYPED_TEST(MultiAsciizTest, FindTheEndOfListsOfAnyLengthAtAnyAddress) {
-  using F = TypeParam;
-  using Char = typename F::Char;
-  test::Random random(22);
-  for (int i = 0; i < 2000; ++i) {
-    typename TestFixture::String used;
-    std::vector<std::size_t> starts = {0};
-    for (auto members = random.Below(6); members > 0; --members) {
-      used += Char{'m'};
-      used += random.Text<Char>({1, 'a', Char(F::kIsWide ? 0x100 : 0xFF)}, 36) + Char{};
-      starts.push_back(used.size());
-    }
-    auto block = test::BytesOf(used);
-    test::GuardedText<Char> front(used, test::Guard::kInFront);
-    const bool isOnHeap = i % 3 == 0;  // where the sanitizers watch the block's ends
-    if (!isOnHeap) block.resize(block.size() + random.Below(17), test::kPattern);
-    const Char* pList = isOnHeap     ? reinterpret_cast<Char*>(block.data())
-                        : i % 3 == 1 ? front.get()
-                                     : this->Put(block);
-    EXPECT_EQ(F::MultiAsciizSize(pList, 0), used.size() * this->kUnit);
-    EXPECT_EQ(F::MultiAsciizSize(pList, 7), (used.size() + 1) * this->kUnit);
-    EXPECT_EQ(F::MultiAsciizStringCount(pList), starts.size() - 1);
-    EXPECT_EQ(F::ScanMultiAsciiz(nullptr, pList, 1), pList + used.size());
-    starts.push_back(used.size() + 1);  // a step on the final zero leads behind the list
-    for (std::size_t n = 0; n + 1 < starts.size(); ++n) {
-      EXPECT_EQ(F::NextAsciiz(pList + starts[n]), pList + starts[n + 1]);
-    }
-    ASSERT_FALSE(this->HasFailure()) << testing::PrintToString(block);
-  }
-}
-
 TYPED_TEST(MultiAsciizTest, BuildByCursorWithinEverySize) {
   using F = TypeParam;
   for (DWORD size = 0; size <= 16 * this->kUnit; ++size) {
     SCOPED_TRACE(size);
-    Bytes block = Pattern(size);
-    auto* const pList = this->Put(block);
-    auto* cursor = pList;
-    DWORD left = size, used = 0;
-    for (const char* word : {"", "abc", "de", "", "abcdefg", "f", "ghi", "j", ""}) {
-      const auto string = test::Text<F>(word);
-      const DWORD cbString = string.empty() ? 0 : (string.size() + 1) * this->kUnit;
-      const bool fits = used + cbString + this->kUnit <= size;
-      EXPECT_EQ(F::CopyNextAsciiz(string.c_str(), &cursor, &left), fits);
-      const auto bytes = test::BytesOf(string, string.empty() ? 1 : 2);
-      if (fits) std::copy(bytes.begin(), bytes.end(), block.begin() + used);
-      if (fits) used += cbString;
-      EXPECT_EQ(reinterpret_cast<char*>(cursor) - reinterpret_cast<char*>(pList), used);
-      EXPECT_EQ(left, size - used);
-      EXPECT_TRUE(this->Holds(block));
-    }
-    EXPECT_EQ(F::CopyNextAsciiz(nullptr, &cursor, &left), left >= this->kUnit);
-    EXPECT_EQ(utInitMultiAsciiz(pList, size), size > 4);
-    EXPECT_TRUE(this->Holds(size > 4 ? Bytes(size) : block));
+    this->CheckCursor({"", "abc", "de", "", "abcdefg", "f", "ghi", "j", ""}, size);
   }
   typename F::Char* cursor = nullptr;
   DWORD left = UT_SIZE_UNCHECKED;
@@ -197,40 +277,10 @@ TYPED_TEST(MultiAsciizTest, BuildByCursorWithinEverySize) {
 }
 
 TYPED_TEST(MultiAsciizTest, ConvertFromAndToArraysWithinEverySize) {
-  using F = TypeParam;
-  using Psz = const typename F::Char*;
   for (const List& words : {List{}, {"", ""}, {"ab", "", "cd"}, {"ab", "abcdef", "cd"}}) {
-    const auto strings = this->Used(words, words.size());
-    std::vector<Psz> array(words.size() + 1);
-    for (std::size_t i = 0; i < words.size(); ++i) array[i] = &strings[this->Used(words, i).size()];
     for (DWORD size = 0; size < 40; ++size) {
       SCOPED_TRACE(testing::Message() << testing::PrintToString(words) << ", size " << size);
-      List list;
-      bool complete = size > 4;
-      for (std::size_t i = 0; complete && i < words.size(); ++i) {
-        if (!words[i].empty()) list.push_back(words[i]);
-        complete = this->Flat(list).size() <= size;
-        if (!complete) list.pop_back();
-      }
-      DWORD stored = 99;
-      for (DWORD* pcStored : {&stored, static_cast<DWORD*>(nullptr)}) {
-        auto* pList = this->Put(Pattern(size));
-        EXPECT_EQ(F::Array2MultiAsciiz(array.data(), pList, size, pcStored), complete);
-        EXPECT_TRUE(this->Holds(size > 4 ? Over(Bytes(size), this->Flat(list)) : Pattern(size)));
-      }
-      EXPECT_EQ(stored, list.size());
-
-      const DWORD slots = size / sizeof(Psz);
-      const auto flat = this->Flat({"ab", "cd", "ef"});
-      auto* pList = reinterpret_cast<Psz>(flat.data());
-      std::vector<Psz> expected((size + sizeof(Psz) - 1) / sizeof(Psz));
-      for (DWORD i = 0; i < 3 && i + 1 < slots; ++i) expected[i] = pList + 3 * i;
-      test::GuardedBuffer out(expected.size() * sizeof(Psz));
-      EXPECT_EQ(F::MultiAsciiz2Array(pList, out.As<Psz>(), size, &stored), slots > 0);
-      EXPECT_EQ(stored, slots == 0 ? 0 : std::min(3u, slots - 1));
-      EXPECT_TRUE(out.IsUntouched(slots == 0 ? 0 : size));
-      EXPECT_TRUE(slots == 0 || std::memcmp(out.data(), expected.data(), size) == 0);
-      EXPECT_EQ(F::MultiAsciiz2Array(nullptr, out.As<Psz>(), size, nullptr), slots > 0);
+      this->CheckArrays(words, size);
     }
   }
 }

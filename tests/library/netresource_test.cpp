@@ -6,10 +6,10 @@
 #include <array>
 #include <deque>
 
+#include "support/choices.h"
 #include "support/forms.h"
 #include "support/guarded.h"
 #include "support/journal.h"
-#include "support/random.h"
 
 namespace {
 
@@ -36,8 +36,8 @@ struct Source {
   const Record* record;
   DWORD needed = sizeof(Record);
 
-  Source(test::Random& random, DWORD mask) {
-    const std::size_t odd = random.Below(2);
+  Source(test::Choices& choices, DWORD mask) {
+    const std::size_t odd = choices.Below(2);
     const auto place = [&](const Bytes& bytes) {
       auto& buffer = memory.emplace_back(bytes.size() + odd);
       buffer.Set(bytes);
@@ -46,14 +46,15 @@ struct Source {
     };
     Fields fields;
     for (int i = 0; i < 4; ++i) {
-      fields.numbers[i] = 0x12345678u + random.Below(1u << 30);
+      fields.numbers[i] = 0x12345678u + choices.Below(1u << 30);
       if (mask & UT_NR_SCOPE << i) taken.numbers[i] = fields.numbers[i];
-      fields.strings[i] = random.Below(2);
+      fields.strings[i] = choices.Below(2);
       if (!(mask & UT_NR_LOCALNAME << i)) continue;
       fields.strings[i] = 0;
-      if (random.Below(4) == 0) continue;
-      const std::vector<typename Form::Char> letters = {'a', '\\', 0x7F};
-      strings[i] = test::BytesOf(random.Text(letters, 9 * random.Below(2)));
+      if (choices.Below(4) == 0) continue;
+      const std::vector<typename Form::Char> letters = {
+          'a', '\\', 0x7F, static_cast<typename Form::Char>(Form::kIsWide ? 0x100 : 0x81)};
+      strings[i] = test::BytesOf(choices.Text(letters, 9 * choices.Below(2)));
       fields.strings[i] = reinterpret_cast<std::uintptr_t>(place(strings[i]));
       needed += strings[i].size();
     }
@@ -80,52 +81,51 @@ struct Source {
   }
 };
 
-template <class>
-struct NetResourceTest : testing::Test {};
-TYPED_TEST_SUITE(NetResourceTest, test::Forms, test::FormNames);
-
-TYPED_TEST(NetResourceTest, FlattenIntoBuffersAndXBufs) {
+template <class Form>
+void CheckFlattening(test::Choices& choices) {
   constexpr auto copyXBuffer = [] {
-    if constexpr (TypeParam::kIsWide) return &utCopyNETRESOURCEW_XBuffer;
-    if constexpr (!TypeParam::kIsWide) return &utCopyNETRESOURCE_XBuffer;
+    if constexpr (Form::kIsWide) return &utCopyNETRESOURCEW_XBuffer;
+    if constexpr (!Form::kIsWide) return &utCopyNETRESOURCE_XBuffer;
   }();
-  test::Random random(4);
-  for (DWORD i = 0; i < 4 * 256 && !this->HasFailure(); ++i) {
-    const DWORD mask = i % 256 | (i % 3 == 0 ? 0xABCDE100u : 0);  // higher bits have no effect
-    const Source<TypeParam> source(random, mask);
-    const auto* record = random.Below(16) != 0 ? source.record : nullptr;
-    const DWORD strings = record ? source.needed - sizeof *record : 0,
-                needed = record ? source.needed : 0;
-    SCOPED_TRACE(testing::Message() << "mask " << mask << ", round " << i);
-    EXPECT_EQ(TypeParam::VarSizeNETRESOURCE(record, mask), strings);
-    EXPECT_EQ(TypeParam::SizeNETRESOURCE(record, mask), needed);
-    const DWORD exact = source.needed;
-    for (const DWORD size : {0u, exact - 1, exact, exact + 1 + random.Below(20)}) {
-      const bool isXBuf = random.Below(2), isThere = random.Below(8), isMemory = random.Below(4);
-      const DWORD front = isXBuf * random.Below(4), back = isXBuf * random.Below(4);
-      GuardedBuffer buffer(front + size + back);
-      const HXBUF hXBuf = isXBuf ? utXBufCreate(buffer.size(), buffer.data()) : nullptr;
-      utXBufSetSpaceUsed(hXBuf, front, back);
-      const bool fits = record && isThere && size >= needed;
-      const bool copied = fits && (isXBuf || isMemory);  // an XBuf needs no memory
-      const Bytes block = copied ? source.Flattened(buffer, front, back) : buffer.Bytes();
-      DWORD stored = 7;
-      DWORD* pcbNeeded = random.Below(4) != 0 ? &stored : nullptr;
-      host::FailCall(isMemory ? 0 : 1, 0, "LocalAlloc");
-      EXPECT_EQ(isXBuf ? copyXBuffer(record, isThere ? hXBuf : nullptr, mask, pcbNeeded)
-                       : TypeParam::CopyNETRESOURCE(record, isThere ? buffer.data() : nullptr, size,
-                                                    mask, pcbNeeded),
-                copied);
-      EXPECT_EQ(host::FailureCame(), fits && !copied);
-      host::FailCall(0);
-      EXPECT_EQ(stored, pcbNeeded ? needed : 7);
-      EXPECT_EQ(buffer.Bytes(), block);
-      if (!isXBuf) continue;
-      EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FRONT), front + sizeof *record * copied);
-      EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_BACK), back + strings * copied);
-      utXBufDestroy(hXBuf);
-    }
+  // Higher bits have no effect.
+  const DWORD mask = choices.Below(256) | (choices.Below(3) == 0 ? 0xABCDE100u : 0);
+  const Source<Form> source(choices, mask);
+  const auto* record = choices.Below(16) != 0 ? source.record : nullptr;
+  const DWORD strings = record ? source.needed - sizeof *record : 0,
+              needed = record ? source.needed : 0;
+  EXPECT_EQ(Form::VarSizeNETRESOURCE(record, mask), strings);
+  EXPECT_EQ(Form::SizeNETRESOURCE(record, mask), needed);
+  const DWORD exact = source.needed;
+  for (const DWORD size : {0u, exact - 1, exact, exact + 1 + choices.Below(20)}) {
+    const bool isXBuf = choices.Below(2), isThere = choices.Below(8), isMemory = choices.Below(4);
+    const DWORD front = isXBuf * choices.Below(4), back = isXBuf * choices.Below(4);
+    GuardedBuffer buffer(front + size + back);
+    const HXBUF hXBuf = isXBuf ? utXBufCreate(buffer.size(), buffer.data()) : nullptr;
+    utXBufSetSpaceUsed(hXBuf, front, back);
+    const bool fits = record && isThere && size >= needed;
+    const bool copied = fits && (isXBuf || isMemory);  // an XBuf needs no memory
+    const Bytes block = copied ? source.Flattened(buffer, front, back) : buffer.Bytes();
+    DWORD stored = 7;
+    DWORD* pcbNeeded = choices.Below(4) != 0 ? &stored : nullptr;
+    host::FailCall(isMemory ? 0 : 1, 0, "LocalAlloc");
+    EXPECT_EQ(isXBuf ? copyXBuffer(record, isThere ? hXBuf : nullptr, mask, pcbNeeded)
+                     : Form::CopyNETRESOURCE(record, isThere ? buffer.data() : nullptr, size, mask,
+                                             pcbNeeded),
+              copied);
+    EXPECT_EQ(host::FailureCame(), fits && !copied);
+    host::FailCall(0);
+    EXPECT_EQ(stored, pcbNeeded ? needed : 7);
+    EXPECT_EQ(buffer.Bytes(), block);
+    if (!isXBuf) continue;
+    EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FRONT), front + sizeof *record * copied);
+    EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_BACK), back + strings * copied);
+    utXBufDestroy(hXBuf);
   }
+}
+
+PROPERTY(NetResource, IsFlattenedIntoBuffersAndXBufs, 1600) {
+  choices.Below(2) == 0 ? CheckFlattening<test::ByteForm>(choices)
+                        : CheckFlattening<test::WideForm>(choices);
 }
 
 TEST(NetResource, ReadsEachStringTwiceAndAllocatesOnce) {

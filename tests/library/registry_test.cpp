@@ -9,8 +9,8 @@
 #include <map>
 #include <string>
 
+#include "support/choices.h"
 #include "support/guarded.h"
-#include "support/random.h"
 
 namespace {
 
@@ -278,28 +278,64 @@ TEST(PrivateSettings, ReachNothingWithAPathThatDoesNotFit) {
   EXPECT_EQ(calls, "");
 }
 
-TEST(PrivateSettings, BehaveAsAMapOverARandomLife) {
+std::string PathOf(const char* product, const char* section) {
+  char path[100];
+  utRegPathBrindlexSoftware(path, sizeof path, section, product);
+  return path;
+}
+
+// What a value gives as a boolean.
+BOOL BoolOf(const Value& value, BOOL fDefault) {
+  const auto& [type, data] = value;
+  if (data.size() > 48 || data.empty()) return fDefault;
+  if (type == REG_BINARY) return data[0] != 0;
+  if (type == REG_DWORD && data.size() >= 4) return data.substr(0, 4) != "\0\0\0\0"s;
+  if (type != REG_SZ) return fDefault;
+  const auto text = host::FoldName(data.c_str());
+  for (const char* yes : {"TRUE", "YES", "ON", "1"})
+    if (text == yes) return 1;
+  for (const char* no : {"FALSE", "NO", "OFF", "0"})
+    if (text == no) return 0;
+  return fDefault;
+}
+
+// What a read as a text leaves in a buffer: the value where it fits, and over it, unless it is a
+// text, as much of the default as fits, with a second zero where there is room.
+std::string BufferWith(const Value* value, const char* pszDefault, std::string buffer) {
+  const auto put = [&](std::string bytes, std::size_t zeros) {
+    bytes.append(zeros, 0).resize(std::min(bytes.size(), buffer.size()));
+    buffer.replace(0, bytes.size(), bytes);
+  };
+  const bool fits = value != nullptr && value->second.size() <= buffer.size();
+  if (fits) put(value->second, 0);
+  if ((fits && value->first == REG_SZ) || buffer.empty()) return buffer;
+  const auto text = ""s + (pszDefault == nullptr ? "" : pszDefault);
+  put(text.substr(0, buffer.size() - 1), pszDefault == nullptr ? 1 : 2);
+  return buffer;
+}
+
+PROPERTY(PrivateSettings, LiveAsAMap, 80) {
   const std::vector<const char*> sections = {nullptr, "", "s", "S", "s\\t", "u"};
   const std::vector<const char*> products = {nullptr, "", "p", "P", "q\\r"};
   const std::vector<const char*> names = {nullptr, "", "v", "V", "w\\x"};
-  const std::vector<std::string> texts = {"", "on", "0", "five", "longer than eight"};
-  test::Random random(5);
+  const std::vector<std::string> texts = {
+      "", "on", "nO", "1", "longer than eight", std::string(60, 'x')};
   std::map<std::string, Value> model;
-  for (int step = 0; step < 3000; ++step) {
-    const char* section = random.Of(sections);
-    const char* product = random.Of(products);
-    const char* name = random.Of(names);
-    const auto text = random.Of(texts);
+  for (int step = 0; choices.More(); ++step) {
+    const char* section = choices.Of(sections);
+    const char* product = choices.Of(products);
+    const char* name = choices.Of(names);
+    const auto text = choices.Of(texts);
     // Upper case, and an empty part counts for nothing.
     std::string place;
     for (const char* part : {product, section}) {
       if (part != nullptr && *part != 0) place += host::FoldName(part) + '\\';
     }
     place += '=' + host::FoldName(name == nullptr ? "" : name);
-    const bool isThere = model.contains(place);
+    const bool wasThere = model.contains(place);
     SCOPED_TRACE(std::to_string(step) + ": " + place);
 
-    const auto kind = random.Below(8);
+    const auto kind = choices.Below(8);
     if (kind == 0) {
       EXPECT_EQ(utRegWritePrivateUserString(section, name, text.c_str(), product), 1);
       model[place] = {REG_SZ, text + '\0'};
@@ -307,28 +343,50 @@ TEST(PrivateSettings, BehaveAsAMapOverARandomLife) {
       EXPECT_EQ(utRegWritePrivateUserDword(section, name, 0x12345678, product), 1);
       model[place] = {REG_DWORD, "\x78\x56\x34\x12"};
     } else if (kind == 2) {
-      EXPECT_EQ(utRegWritePrivateUserBool(section, name, step % 3 << 8, product), 1);
-      model[place] = {REG_BINARY, std::string(1, step % 3 != 0)};
+      const BOOL value = choices.Of<BOOL>({0, 1, 0x100});
+      EXPECT_EQ(utRegWritePrivateUserBool(section, name, value, product), 1);
+      model[place] = {REG_BINARY, std::string(1, value != 0)};
     } else if (kind == 3) {
-      EXPECT_EQ(utRegWritePrivateUserBinary(section, name, text.data(), text.size(), product), 1);
-      model[place] = {REG_BINARY, text};
+      const auto path = PathOf(product, section);
+      const auto type = choices.Of<DWORD>({REG_BINARY, REG_SZ, REG_DWORD, REG_EXPAND_SZ, 99});
+      const auto data =
+          choices.Text<char>({0, 1, 'O', 'n', 'N', '\x81'}, choices.Of<unsigned>({5, 60}));
+      Put(path.c_str(), name, type, data);
+      model[place] = {type, data};
     } else if (kind == 4) {
-      EXPECT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), isThere);
+      EXPECT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), wasThere);
       model.erase(place);
-    } else {
-      const auto [type, data] = isThere ? model[place] : Value();
-      char buffer[32];
-      DWORD got = 99, size = sizeof buffer;
-      const DWORD code = utRegGetPrivateUserBinary(section, name, &got, buffer, &size, product);
-      EXPECT_EQ(code, isThere ? 0u : 2u);
-      if (isThere) EXPECT_EQ(Value(got, std::string(buffer, size)), Value(type, data));
-      EXPECT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), isThere);
-      const DWORD number = type == REG_DWORD ? 0x12345678 : 9;
-      EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product), number);
-      const DWORD length = utRegGetPrivateUserString(section, name, "none", buffer, 8, product);
-      const bool isRead = type == REG_SZ && data.size() <= 8;
-      EXPECT_EQ(std::string(buffer, length + 1), isRead ? data : "none\0"s);
     }
+
+    const bool isThere = model.contains(place);
+    const Value* value = isThere ? &model[place] : nullptr;
+    GuardedBuffer buffer(choices.Below(64));
+    DWORD type = 99, size = buffer.size();
+    const DWORD code =
+        utRegGetPrivateUserBinary(section, name, &type, buffer.data(), &size, product);
+    const bool fits = isThere && value->second.size() <= buffer.size();
+    EXPECT_EQ(code, fits ? 0u : isThere ? 234u : 2u);
+    EXPECT_EQ(type, isThere ? value->first : 99);
+    if (isThere) EXPECT_EQ(size, value->second.size());
+    if (fits) EXPECT_EQ(std::memcmp(buffer.data(), value->second.data(), size), 0);
+    EXPECT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), isThere);
+    DWORD number = 9;
+    if (isThere && value->first == REG_DWORD && value->second.size() <= 4) {
+      number = 0;
+      std::memcpy(&number, value->second.data(), value->second.size());
+    }
+    EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product), number);
+    EXPECT_EQ(utRegGetPrivateUserBool(section, name, 55, product),
+              isThere ? BoolOf(*value, 55) : 55);
+    const char* pszDefault = choices.Of<const char*>({nullptr, "", "none"});
+    buffer.Refill();
+    const std::string before(buffer.size(), static_cast<char>(test::kPattern));
+    const auto after = BufferWith(value, pszDefault, before);
+    const bool isRead = fits && value->first == REG_SZ;
+    EXPECT_EQ(utRegGetPrivateUserString(section, name, pszDefault, buffer.As<char>(), buffer.size(),
+                                        product),
+              std::min(after.find('\0'), isRead ? value->second.size() : after.size()));
+    EXPECT_EQ(std::string(buffer.As<char>(), buffer.size()), after);
   }
 }
 

@@ -3,8 +3,8 @@
 #include <host.h>
 #include <tavkit.h>
 
+#include "support/choices.h"
 #include "support/form_test.h"
-#include "support/random.h"
 
 namespace {
 
@@ -51,11 +51,11 @@ struct Model {
   }
 };
 
+// The checks of a text, and what they need.
 template <class F>
-class StringsTest : public test::FormTest<F> {
- protected:
-  using typename test::FormTest<F>::Char;
-  using test::FormTest<F>::kUnit;
+struct Checks : test::Ground<F> {
+  using typename test::Ground<F>::Char;
+  using test::Ground<F>::kUnit;
 
   // The characters that the comparison rules tell apart, as units and as arguments.
   static std::vector<Char> Alphabet() {
@@ -123,32 +123,73 @@ class StringsTest : public test::FormTest<F> {
     taken.resize(taken.size() + kUnit);
     return Over(Pattern(cbDest), taken);
   }
-};
-TYPED_TEST_SUITE(StringsTest, test::Forms, test::FormNames);
 
-TYPED_TEST(StringsTest, AgreeWithTheModelOnRandomTexts) {
-  test::Random random(12);
-  for (const unsigned codePage : {1252, 932, 936, 949, 950}) {
-    if (TypeParam::kIsWide && codePage != 1252) break;  // no code page concerns the wide forms
-    ASSERT_TRUE(host::SetCodePage(codePage));
-    for (int i = 0; i < 150; ++i) {
-      // Half of the texts come from few letters, so that runs are frequent.
-      auto alphabet = this->Alphabet();
-      if (i % 2 != 0) alphabet = {alphabet[0], alphabet[1], alphabet[6]};
-      const Guard guard = random.Below(2) == 0 ? Guard::kBehind : Guard::kInFront;
-      const Model<TypeParam> model{random.Text(alphabet, 9)};
-      auto block = BytesOf(model.text);
-      if (i % 3 == 0) block.push_back(test::kPattern);  // at an odd address if guarded behind
-      SCOPED_TRACE(testing::Message()
-                   << "code page " << codePage << ", text " << testing::PrintToString(block));
-      this->CheckSteps(model, block, guard);
-      for (const WORD wChar : this->kArguments) {
-        this->CheckCharacter(model, wChar, static_cast<WORD>(i % 8), block, guard);
-        ASSERT_FALSE(this->HasFailure()) << "character " << wChar << ", flags " << i % 8;
-      }
+  // Any bytes, and no address, into a destination of cbDest bytes; and unchecked, where the whole
+  // units and a terminator are written, not a byte more.
+  static void CheckByteCopies(const Bytes& source, DWORD cbDest) {
+    GuardedBuffer from(source);
+    const DWORD cbSource = source.size();
+    for (auto* given : {from.data(), static_cast<unsigned char*>(nullptr)}) {
+      GuardedBuffer to(cbDest);
+      EXPECT_EQ(F::CopyMakeAsciiz(given, cbSource, to.As<Char>(), cbDest), cbDest >= kUnit);
+      EXPECT_EQ(to.Bytes(), CopyOutcome(given ? source : Bytes{}, cbDest));
+    }
+    GuardedBuffer to((cbSource / kUnit + 1) * kUnit);
+    EXPECT_EQ(F::CopyMakeAsciiz(from.data(), cbSource, to.As<Char>(), UT_SIZE_UNCHECKED), 1);
+    EXPECT_EQ(to.Bytes(), CopyOutcome(source, to.size()));
+  }
+
+  // The same for a string, which takes a second zero along where there is room.
+  static void CheckStringCopies(const std::basic_string<Char>& text, DWORD cbDest) {
+    const auto taken = BytesOf(text);
+    GuardedBuffer source(Over(Pattern(taken.size() + cbDest % 2), taken));
+    const auto* from = source.As<Char>();
+    const BOOL stored = cbDest >= kUnit;
+    for (auto* copy : {F::CopyString, F::CopyNonNullString}) {
+      GuardedBuffer to(cbDest), unchecked(taken.size() + kUnit);
+      EXPECT_EQ(copy(from, to.As<Char>(), cbDest), stored);
+      EXPECT_EQ(to.Bytes(), CopyOutcome(taken, cbDest));
+      EXPECT_EQ(copy(from, unchecked.As<Char>(), UT_SIZE_UNCHECKED), 1);
+      EXPECT_EQ(unchecked.Bytes(), CopyOutcome(taken, unchecked.size()));
+      to.Refill();
+      EXPECT_EQ(copy(nullptr, to.As<Char>(), cbDest), stored && copy == F::CopyString);
+      EXPECT_EQ(to.Bytes(), copy == F::CopyString ? CopyOutcome({}, cbDest) : Pattern(cbDest));
     }
   }
+
+  static void CheckChosen(test::Choices& choices) {
+    host::SetCodePage(choices.Of<unsigned>({1252, 932, 936, 949, 950}));
+    // Half of the texts come from few letters, so that runs are frequent; one unit is any.
+    auto alphabet = Alphabet();
+    if (choices.Below(2) != 0) alphabet = {alphabet[0], alphabet[1], alphabet[6]};
+    alphabet.push_back(1 + choices.Below(F::kIsWide ? 0xFFFF : 0xFF));
+    const auto guard = choices.Of<Guard>({Guard::kBehind, Guard::kInFront});
+    const Model<F> model{choices.Text(alphabet, choices.Below(8) == 0 ? 150 : 9)};
+    auto block = BytesOf(model.text);
+    if (choices.Below(3) == 0) block.push_back(test::kPattern);  // at an odd address if behind
+    const auto any = static_cast<WORD>(choices.Below(0x10000));
+    SCOPED_TRACE(testing::Message()
+                 << "code page " << host::CodePage() << ", text " << testing::PrintToString(block));
+    CheckSteps(model, block, guard);
+    for (const WORD wChar : {choices.Of(kArguments), static_cast<WORD>(alphabet.back()), any}) {
+      CheckCharacter(model, wChar, static_cast<WORD>(choices.Below(8)), block, guard);
+    }
+    CheckStringCopies(model.text, choices.Below(30));
+    CheckByteCopies(choices.Below(2) != 0 ? Over(block, Bytes(3)) : block, choices.Below(30));
+    if (testing::Test::HasFailure()) {
+      ADD_FAILURE() << "code page " << host::CodePage() << ", " << testing::PrintToString(block);
+    }
+  }
+};
+
+PROPERTY(Strings, AgreeWithTheModel, 2500) {
+  choices.Below(4) != 0 ? Checks<test::ByteForm>::CheckChosen(choices)
+                        : Checks<test::WideForm>::CheckChosen(choices);
 }
+
+template <class F>
+class StringsTest : public testing::Test, protected Checks<F> {};
+TYPED_TEST_SUITE(StringsTest, test::Forms, test::FormNames);
 
 TYPED_TEST(StringsTest, CountSixteenBitArgumentsByTheirLowHalf) {
   using F = TypeParam;
@@ -183,69 +224,39 @@ TYPED_TEST(StringsTest, AnswerNull) {
 
 TYPED_TEST(StringsTest, CopyWhatFitsAtEverySize) {
   using F = TypeParam;
-  using Char = typename F::Char;
   const auto source = BytesOf(test::Text<F>("ab\x7F"), 2);
   for (DWORD cbSource = 0; cbSource <= source.size(); ++cbSource) {
-    GuardedBuffer from({source.begin(), source.begin() + cbSource});
     for (DWORD cbDest = 0; cbDest <= cbSource + 2 * this->kUnit + 2; ++cbDest) {
-      SCOPED_TRACE(testing::Message() << cbSource << " bytes into " << cbDest);
-      for (auto* given : {from.data(), static_cast<unsigned char*>(nullptr)}) {
-        GuardedBuffer to(cbDest);
-        EXPECT_EQ(F::CopyMakeAsciiz(given, cbSource, to.As<Char>(), cbDest), cbDest >= this->kUnit);
-        EXPECT_EQ(to.Bytes(), this->CopyOutcome(given ? from.Bytes() : Bytes{}, cbDest));
-      }
+      this->CheckByteCopies({source.begin(), source.begin() + cbSource}, cbDest);
+      this->CheckStringCopies(test::Text<F>(std::string(cbSource / 2, 'a')), cbDest);
     }
-    // Unchecked: the whole units and a terminator, not a byte more.
-    GuardedBuffer to((cbSource / this->kUnit + 1) * this->kUnit);
-    EXPECT_EQ(F::CopyMakeAsciiz(from.data(), cbSource, to.As<Char>(), UT_SIZE_UNCHECKED), 1);
-    EXPECT_EQ(to.Bytes(), this->CopyOutcome(from.Bytes(), to.size()));
   }
+  const auto text = test::Text<F>("a");
   EXPECT_EQ(F::CopyMakeAsciiz(source.data(), 2, nullptr, UT_SIZE_UNCHECKED), 0);
+  EXPECT_EQ(F::CopyString(text.c_str(), nullptr, UT_SIZE_UNCHECKED), 0);
   for (const DWORD cbSource : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFEu, 0xFFFFFFFFu}) {
     GuardedBuffer to(test::Size<F>(3));
-    EXPECT_EQ(F::CopyMakeAsciiz(source.data(), cbSource, to.As<Char>(), to.size()), 1);
+    EXPECT_EQ(F::CopyMakeAsciiz(source.data(), cbSource, to.As<typename F::Char>(), to.size()), 1);
     EXPECT_EQ(to.Bytes(), BytesOf(test::Text<F>("ab")));
-  }
-}
-
-TYPED_TEST(StringsTest, CopyAStringWithASecondZeroWhereThereIsRoom) {
-  using F = TypeParam;
-  using Char = typename F::Char;
-  for (const char* text : {"", "a", "abc"}) {
-    const auto taken = BytesOf(test::Text<F>(text));
-    for (DWORD cbDest = 0; cbDest <= taken.size() + this->kUnit + 2; ++cbDest) {
-      SCOPED_TRACE(testing::Message() << text << " into " << cbDest);
-      const auto* from = this->Put(Over(Pattern(taken.size() + cbDest % 2), taken));
-      const BOOL stored = cbDest >= this->kUnit;
-      for (auto* copy : {F::CopyString, F::CopyNonNullString}) {
-        GuardedBuffer to(cbDest);
-        EXPECT_EQ(copy(from, to.template As<Char>(), cbDest), stored);
-        EXPECT_EQ(to.Bytes(), this->CopyOutcome(taken, cbDest));
-      }
-      GuardedBuffer to(cbDest);
-      EXPECT_EQ(F::CopyNonNullString(nullptr, to.As<Char>(), cbDest), 0);
-      EXPECT_TRUE(to.IsUntouched());
-      EXPECT_EQ(F::CopyString(nullptr, to.As<Char>(), cbDest), stored);
-      EXPECT_EQ(to.Bytes(), this->CopyOutcome({}, cbDest));
-    }
-    const auto* from = this->Put(taken);
-    GuardedBuffer to(taken.size() + this->kUnit);
-    EXPECT_EQ(F::CopyString(from, to.As<Char>(), UT_SIZE_UNCHECKED), 1);
-    EXPECT_EQ(to.Bytes(), this->CopyOutcome(taken, to.size()));
-    EXPECT_EQ(F::CopyString(from, nullptr, UT_SIZE_UNCHECKED), 0);
   }
 }
 
 TYPED_TEST(StringsTest, CopyOntoThemselvesWhole) {
   using F = TypeParam;
-  const auto text = test::Text<F>("abcdef");
-  for (int i = 0; i < 4 * 4; ++i) {
-    const int from = i % 4, to = i / 4;
-    const auto block = Over(Pattern(7 * this->kUnit + 1), BytesOf(text));  // at an odd address
+  test::Random random(18);
+  for (int i = 0; i < 1000; ++i) {
+    Bytes block(460 + i % 2);  // at odd addresses too
+    for (auto& byte : block) byte = static_cast<unsigned char>(random.Below(256));
+    const DWORD count = random.Below(2u << random.Below(7)), room = 460 / this->kUnit - count;
+    const DWORD from = random.Below(room), to = (from + room + random.Below(41) - 20) % room;
     auto* psz = this->Put(block);
-    EXPECT_EQ(F::CopyMakeAsciiz(psz + from, 3 * this->kUnit, psz + to, 4 * this->kUnit), 1);
-    const auto copied = text.substr(0, to) + text.substr(from, 3);
-    EXPECT_TRUE(this->Holds(Over(block, BytesOf(copied))));
+    const DWORD cbSource = count * this->kUnit;
+    EXPECT_EQ(F::CopyMakeAsciiz(psz + from, cbSource, psz + to, cbSource + this->kUnit), 1);
+    const auto start = block.begin() + from * this->kUnit;
+    Bytes copied(start, start + cbSource);
+    copied.resize(cbSource + this->kUnit);
+    std::copy(copied.begin(), copied.end(), block.begin() + to * this->kUnit);
+    ASSERT_TRUE(this->Holds(block)) << count << " units from " << from << " to " << to;
   }
 }
 

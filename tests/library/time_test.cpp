@@ -7,9 +7,10 @@
 
 #include <array>
 #include <chrono>
+#include <optional>
 
+#include "support/choices.h"
 #include "support/forms.h"
-#include "support/random.h"
 
 namespace {
 
@@ -26,25 +27,31 @@ std::uint64_t Ticks(const FILETIME& ft) {
   return std::uint64_t{ft.dwHighDateTime} << 32 | ft.dwLowDateTime;
 }
 
-TEST(FileTimeShift, AgreesWith64BitArithmetic) {
+void CheckShift(std::uint64_t time, DWORD count) {
+  const std::uint64_t shift = count * kTicks;
+  FILETIME later = FileTime(time), earlier = later;
+  EXPECT_EQ(utFileTimeAddMilliseconds(&later, count), time + shift >= time) << time;
+  EXPECT_EQ(utFileTimeSubMilliseconds(&earlier, count), time >= shift) << time;
+  EXPECT_EQ(Ticks(later), time + shift) << time << " + " << count;
+  EXPECT_EQ(Ticks(earlier), time - shift) << time << " - " << count;
+}
+
+PROPERTY(FileTimeShift, AgreesWith64BitArithmetic, 1000) {
+  const DWORD bits = 1u << choices.Below(32);
+  const DWORD count = choices.Below(3) == 0 ? bits - choices.Below(2) : choices.Below(0xFFFFFFFF);
+  CheckShift(choices.Below(0xFFFFFFFF) * 0x100000000u + choices.Below(0xFFFFFFFF), count);
+}
+
+TEST(FileTimeShift, CarriesAndWrapsWhereItHasTo) {
   std::vector<DWORD> shifts = {0, 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE, 0xFFFFFFFF};
   for (const DWORD chunks : {1u, 2u, 5000u, 10034u}) {
     for (const DWORD near : {-1, 0, 1}) shifts.push_back(chunks * 428'000 + near);
   }
-  test::Random random(98);
-  for (int i = 0; i < 20; ++i) shifts.push_back(random.Below(i % 2 == 0 ? 2'000'000 : 0xFFFFFFFF));
   for (const DWORD count : shifts) {
     const std::uint64_t zero = 0, half = 0x100000000u, shift = count * kTicks, low = shift % half;
-    const auto other = half * random.Below(0xFFFFFFFF) + random.Below(0xFFFFFFFF);
     // Next to these times a half carries or the whole wraps.
-    for (const auto edge : {zero, half, shift, 0 - shift, shift + half, low, half - low, other}) {
-      for (const std::uint64_t time : {edge - 1, edge, edge + 1}) {
-        FILETIME later = FileTime(time), earlier = later;
-        EXPECT_EQ(utFileTimeAddMilliseconds(&later, count), time + shift >= time) << time;
-        EXPECT_EQ(utFileTimeSubMilliseconds(&earlier, count), time >= shift) << time;
-        EXPECT_EQ(Ticks(later), time + shift) << time << " + " << count;
-        EXPECT_EQ(Ticks(earlier), time - shift) << time << " - " << count;
-      }
+    for (const auto edge : {zero, half, shift, 0 - shift, shift + half, low, half - low}) {
+      for (const std::uint64_t time : {edge - 1, edge, edge + 1}) CheckShift(time, count);
     }
   }
   EXPECT_EQ(utFileTimeAddMilliseconds(nullptr, 0), 0);
@@ -56,18 +63,18 @@ constexpr INT kModes[] = {UT_TIME_AS_IS, UT_TIME_LOCAL_TO_UTC, UT_TIME_UTC_TO_LO
 constexpr BOOL kSuccess = -0x7FFFFFFF - 1;  // what the platform's operations give in these tests
 constexpr int kBias = 90;
 
-// One point in time in the three forms.
-constexpr FILETIME kFileTime = {0x09ACA700, 0x01BD2870};
-constexpr SYSTEMTIME kSystemTime = {1998, 1, 6, 24, 2, 30, 30, 0};
-constexpr WORD kDosDate = 18 << 9 | 1 << 5 | 24;
-constexpr WORD kDosTime = 2 << 11 | 30 << 5 | 15;
+// Times in the three forms, and one in all of them.
+struct Times {
+  FILETIME file;
+  SYSTEMTIME system;
+  WORD date, time;
+};
+constexpr Times kTimes = {{0x09ACA700, 0x01BD2870},
+                          {1998, 1, 6, 24, 2, 30, 30, 0},
+                          18 << 9 | 1 << 5 | 24,
+                          2 << 11 | 30 << 5 | 15};
 
-std::uint64_t MinutesOf(INT nMode) {
-  return nMode == UT_TIME_LOCAL_TO_UTC ? kBias : nMode == UT_TIME_UTC_TO_LOCAL ? -kBias : 0;
-}
-FILETIME Crossed(INT nMode) {
-  return FileTime(Ticks(kFileTime) + MinutesOf(nMode) * 60'000 * kTicks);
-}
+bool Crosses(INT nMode) { return nMode == UT_TIME_LOCAL_TO_UTC || nMode == UT_TIME_UTC_TO_LOCAL; }
 
 // What a conversion writes: one of the forms.
 union Target {
@@ -82,33 +89,43 @@ union Target {
 
 // A conversion by its format steps, in front of the crossing and behind it.
 struct Conversion {
-  BOOL (*call)(Target& to, INT nMode);
+  BOOL (*call)(const Times& from, Target& to, INT nMode);
   std::string before, after;
 };
 
 const std::string kFromSystem = "SystemTimeToFileTime", kToSystem = "FileTimeToSystemTime";
 const std::string kFromDos = "DosDateTimeToFileTime", kToDos = "FileTimeToDosDateTime";
 
-#define CALL(call) [](Target& to, INT n) -> BOOL { return call; }
+#define CALL(call) [](const Times& from, Target& to, INT n) -> BOOL { return call; }
 const Conversion kConversions[] = {
-    {CALL(utConvertFileTime(&kFileTime, &to.file, n)), "", ""},
-    {CALL(utDosDateTimeToFileTime(kDosDate, kDosTime, &to.file, n)), kFromDos, ""},
-    {CALL(utSystemTimeToFileTime(&kSystemTime, &to.file, n)), kFromSystem, ""},
-    {CALL(utFileTimeToSystemTime(&kFileTime, &to.system, n)), "", kToSystem},
-    {CALL(utFileTimeToDosDateTime(&kFileTime, &to.dos[0], &to.dos[1], n)), "", kToDos},
-    {CALL(utConvertSystemTime(&kSystemTime, &to.system, n)), kFromSystem, kToSystem},
-    {CALL(utDosDateTimeToSystemTime(kDosDate, kDosTime, &to.system, n)), kFromDos, kToSystem},
-    {CALL(utSystemTimeToDosDateTime(&kSystemTime, &to.dos[0], &to.dos[1], n)), kFromSystem, kToDos},
+    {CALL(utConvertFileTime(&from.file, &to.file, n)), "", ""},
+    {CALL(utDosDateTimeToFileTime(from.date, from.time, &to.file, n)), kFromDos, ""},
+    {CALL(utSystemTimeToFileTime(&from.system, &to.file, n)), kFromSystem, ""},
+    {CALL(utFileTimeToSystemTime(&from.file, &to.system, n)), "", kToSystem},
+    {CALL(utFileTimeToDosDateTime(&from.file, &to.dos[0], &to.dos[1], n)), "", kToDos},
+    {CALL(utConvertSystemTime(&from.system, &to.system, n)), kFromSystem, kToSystem},
+    {CALL(utDosDateTimeToSystemTime(from.date, from.time, &to.system, n)), kFromDos, kToSystem},
+    {CALL(utSystemTimeToDosDateTime(&from.system, &to.dos[0], &to.dos[1], n)), kFromSystem, kToDos},
 };
 #undef CALL
 
-Target Expected(const std::string& after, INT nMode) {
-  Target expected;
-  const FILETIME ft = Crossed(nMode);
-  if (after.empty()) expected.file = ft;
-  if (after == kToSystem) FileTimeToSystemTime(&ft, &expected.system);
-  if (after == kToDos) FileTimeToDosDateTime(&ft, &expected.dos[0], &expected.dos[1]);
-  return expected;
+// What a conversion writes, by the platform's own operations; nothing if one of them refuses it.
+std::optional<Target> Converted(const Conversion& conversion, const Times& from, INT nMode) {
+  Target to;
+  FILETIME ft = from.file;
+  BOOL works = 1;
+  if (conversion.before == kFromSystem) works = SystemTimeToFileTime(&from.system, &ft);
+  if (conversion.before == kFromDos) works = DosDateTimeToFileTime(from.date, from.time, &ft);
+  to.file = ft;
+  if (works && nMode == UT_TIME_LOCAL_TO_UTC) works = LocalFileTimeToFileTime(&ft, &to.file);
+  if (works && nMode == UT_TIME_UTC_TO_LOCAL) works = FileTimeToLocalFileTime(&ft, &to.file);
+  ft = to.file;
+  if (!conversion.after.empty()) to = {};
+  if (works && conversion.after == kToSystem) works = FileTimeToSystemTime(&ft, &to.system);
+  if (works && conversion.after == kToDos) {
+    works = FileTimeToDosDateTime(&ft, &to.dos[0], &to.dos[1]);
+  }
+  return works ? std::optional(to) : std::nullopt;
 }
 
 std::vector<std::string> StepsOf(const Conversion& conversion, INT nMode) {
@@ -120,6 +137,26 @@ std::vector<std::string> StepsOf(const Conversion& conversion, INT nMode) {
   return steps;
 }
 
+PROPERTY(TimeConversion, AgreesWithThePlatform, 2000) {
+  const auto word = [&](unsigned bound) {
+    return static_cast<WORD>(choices.Below(choices.Below(16) != 0 ? bound : 0x10000));
+  };
+  host::SetZoneBias(static_cast<int>(choices.Below(2881)) - 1440);
+  Times from = {
+      {choices.Below(0xFFFFFFFF), choices.Below(0x02000000) << choices.Below(8)}, {}, 0, 0};
+  from.system = {word(10000), word(14), word(8),  word(33),
+                 word(25),    word(61), word(61), word(1001)};
+  from.date = word(0x10000);
+  from.time = word(0x10000);
+  const INT nMode = choices.Of<INT>({0, 1, 2, 3, -1, 0x10001});
+  for (const auto& conversion : kConversions) {
+    Target target;
+    const auto expected = Converted(conversion, from, nMode);
+    EXPECT_EQ(conversion.call(from, target, nMode), expected.has_value());
+    EXPECT_TRUE(target == expected.value_or(Target()));
+  }
+}
+
 TEST(TimeConversion, MakesItsStepsInOrder) {
   host::SetZoneBias(kBias);
   host::SetTimeSuccess(kSuccess);
@@ -127,12 +164,12 @@ TEST(TimeConversion, MakesItsStepsInOrder) {
     for (const INT nMode : kModes) {
       const auto steps = StepsOf(conversion, nMode);
       SCOPED_TRACE(testing::PrintToString(steps) + " with " + std::to_string(nMode));
-      const auto expected = Expected(conversion.after, nMode);
+      const auto expected = *Converted(conversion, kTimes, nMode);
       const bool isShort = nMode == UT_TIME_AS_IS && !conversion.before.empty();
-      const bool endsWithCopy = conversion.after.empty() && MinutesOf(nMode) == 0 && !isShort;
+      const bool endsWithCopy = conversion.after.empty() && !Crosses(nMode) && !isShort;
       Target target;
       host::StartJournal();
-      EXPECT_EQ(conversion.call(target, nMode), endsWithCopy ? 1 : kSuccess);
+      EXPECT_EQ(conversion.call(kTimes, target, nMode), endsWithCopy ? 1 : kSuccess);
       const auto journal = host::TakeJournal();
       EXPECT_TRUE(target == expected);
       ASSERT_EQ(journal.size(), steps.size());
@@ -144,8 +181,8 @@ TEST(TimeConversion, MakesItsStepsInOrder) {
       // The first step reads the source itself, the last one writes the target itself.
       const auto read = journal.front().arguments[0];
       const bool isMode = nMode >= 0 && nMode <= 2;
-      if (conversion.before.empty()) EXPECT_EQ(read == Word(&kFileTime), isMode);
-      if (conversion.before == kFromSystem) EXPECT_EQ(read, Word(&kSystemTime));
+      if (conversion.before.empty()) EXPECT_EQ(read == Word(&kTimes.file), isMode);
+      if (conversion.before == kFromSystem) EXPECT_EQ(read, Word(&kTimes.system));
       const auto& last = journal.back();
       const auto written = last.operation == kToDos ? last.arguments[1] : last.arguments.back();
       EXPECT_EQ(written == Word(&target), !endsWithCopy);
@@ -157,21 +194,22 @@ TEST(TimeConversion, WorksInPlace) {
   host::SetZoneBias(kBias);
   host::SetTimeSuccess(kSuccess);
   for (const INT nMode : kModes) {
-    const bool crosses = MinutesOf(nMode) != 0;
+    const bool crosses = Crosses(nMode);
     for (const bool fails : {false, true}) {
-      FILETIME ft = kFileTime;
+      FILETIME ft = kTimes.file;
       host::FailCall(fails);
       host::StartJournal();
       EXPECT_EQ(utConvertFileTime(&ft, &ft, nMode), !crosses ? 1 : fails ? 0 : kSuccess);
-      EXPECT_EQ(Ticks(ft), Ticks(fails ? kFileTime : Crossed(nMode)));
+      EXPECT_EQ(Ticks(ft),
+                Ticks(fails ? kTimes.file : Converted(kConversions[0], kTimes, nMode)->file));
       for (const auto& call : host::TakeJournal()) EXPECT_NE(call.arguments[1], Word(&ft));
     }
     Target record;
-    record.system = kSystemTime;
+    record.system = kTimes.system;
     record.system.wDayOfWeek = 99;  // ignored on the way in, filled in on the way out
     host::FailCall(0);
     EXPECT_EQ(utConvertSystemTime(&record.system, &record.system, nMode), kSuccess);
-    EXPECT_TRUE(record == Expected(kToSystem, nMode));
+    EXPECT_TRUE(record == Converted(kConversions[5], kTimes, nMode));
   }
 }
 
@@ -190,6 +228,21 @@ TEST(Calendar, AgreesWithChronoOnEveryDate) {
     }
     ASSERT_EQ(utDaysInYear(y), days) << y;
   }
+}
+
+PROPERTY(Calendar, CountsOnFromAnyDay, 1000) {
+  using namespace std::chrono;
+  const auto wYear = static_cast<WORD>(1 + choices.Below(0xFFFF));
+  const auto wMonth = static_cast<WORD>(1 + choices.Below(14));
+  const auto wDay = static_cast<WORD>(choices.Below(0x10000));
+  // The calendar repeats itself after 400 years, which are whole weeks.
+  const auto same = year(2000 + wYear % 400);
+  const sys_days start = same / January / 1;
+  const auto before = sys_days(same / January / 1 + months(wMonth - 1)) - start;
+  const auto passed = std::min(before, sys_days((same + years(1)) / January / 1) - start);
+  EXPECT_EQ(utDayOfWeek(wYear, wMonth, wDay),
+            weekday(start + before + days(wDay) - days(1)).c_encoding());
+  EXPECT_EQ(utDayOfYear(wYear, wMonth, wDay), (wDay + passed.count()) % 0x10000);
 }
 
 TEST(Calendar, TakesAnyNumber) {
@@ -217,9 +270,9 @@ TEST(Calendar, TakesAnyNumber) {
 TEST(Time, CountsSixteenBitArgumentsByTheirLowHalf) {
   const DWORD high = 0xABCD0000;
   Target to;
-  const DWORD date = high | kDosDate, time = high | kDosTime;
+  const DWORD date = high | kTimes.date, time = high | kTimes.time;
   EXPECT_EQ(CallWithWords(utDosDateTimeToSystemTime, date, time, &to.system, 3), 1);
-  EXPECT_TRUE(to == Expected(kToSystem, 3));
+  EXPECT_TRUE(to == Converted(kConversions[6], kTimes, 3));
   EXPECT_EQ(CallWithWords(utHour24to12, high | 13u), 1);
   EXPECT_EQ(CallWithWords(utIsLeapYear, high | 1996u), 1);
   EXPECT_EQ(CallWithWords(utDaysInMonth, high | 2000u, high | 2u), 29);

@@ -2,6 +2,7 @@
 #include <codepage.h>
 #include <tavkit.h>
 
+#include "support/choices.h"
 #include "support/form_test.h"
 
 namespace {
@@ -12,47 +13,6 @@ using test::Bytes, test::Over, test::Pattern;
 std::string WithoutLead(const std::string& text) {
   return text.substr(std::min(text.find_first_not_of('\\'), text.size()));
 }
-
-template <class F>
-class UncTest : public test::FormTest<F> {
- protected:
-  void SetUp() override { ASSERT_TRUE(host::SetCodePage(932)); }
-
-  // All texts of backslashes, a letter, and the lead byte of double-byte characters.
-  static std::vector<std::string> Texts(std::size_t maxLength) {
-    std::vector<std::string> texts = {""};
-    for (std::size_t i = 0; texts[i].size() < maxLength; ++i) {
-      for (const char letter : {'\\', 'a', F::kIsWide ? 'b' : '\x83'})
-        texts.push_back(texts[i] + letter);
-    }
-    return texts;
-  }
-  static Bytes BytesOf(const std::string& text) { return test::BytesOf(test::Text<F>(text)); }
-
-  // A part as an argument, kept alive by the test.
-  const typename F::Char* Argument(int index, Part part) {
-    if (part == nullptr) return nullptr;
-    return (arguments_[index] = test::Text<F>(part)).c_str();
-  }
-
-  // Makes a call for every size about the needed one, and unchecked where there is room. What
-  // does not fit, or does not stand for another reason, leaves the empty string.
-  template <class Call>
-  void CheckEverySize(DWORD needed, bool canStand, const std::string& text, const Call& call) {
-    for (DWORD size = 0; size <= needed + 2; ++size) {
-      const bool stands = size >= needed && canStand;
-      const auto stored = size < this->kUnit ? Bytes{} : BytesOf(stands ? text : "");
-      for (const DWORD cbOut : {size, size >= needed ? UT_SIZE_UNCHECKED : size}) {
-        EXPECT_EQ(call(this->Put(Pattern(size)), cbOut), stands);
-        ASSERT_TRUE(this->Holds(Over(Pattern(size), stored))) << text << " into " << cbOut;
-      }
-    }
-  }
-
- private:
-  std::basic_string<typename F::Char> arguments_[3];
-};
-TYPED_TEST_SUITE(UncTest, test::Forms, test::FormNames);
 
 // What the rules say of a name. The separators count from its start, 0 for none.
 struct Parsed {
@@ -77,12 +37,75 @@ Parsed Parse(const std::string& name) {
   return parsed;
 }
 
-TYPED_TEST(UncTest, ParseEveryShortName) {
-  using F = TypeParam;
-  using Char = typename F::Char;
-  auto names = this->Texts(8);
-  names.insert(names.end(), {"\\\\server\\share\\\\dir\\\\sub\\\\", "\\\\server/share", "c:\\x"});
-  for (const auto& name : names) {
+template <class F>
+struct Checks : test::Ground<F> {
+  using typename test::Ground<F>::Char;
+  using test::Ground<F>::kUnit;
+
+  // All texts of backslashes, a letter, and the lead byte of double-byte characters.
+  static std::vector<std::string> Texts(std::size_t maxLength) {
+    std::vector<std::string> texts = {""};
+    for (std::size_t i = 0; texts[i].size() < maxLength; ++i) {
+      for (const char letter : {'\\', 'a', '\x83'}) texts.push_back(texts[i] + letter);
+    }
+    return texts;
+  }
+  static Bytes BytesOf(const std::string& text) { return test::BytesOf(test::Text<F>(text)); }
+
+  // A part as an argument, kept alive by the test.
+  const Char* Argument(int index, Part part) {
+    if (part == nullptr) return nullptr;
+    return (arguments_[index] = test::Text<F>(part)).c_str();
+  }
+
+  // Makes a call for every size about the needed one, and unchecked where there is room. What
+  // does not fit, or does not stand for another reason, leaves the empty string.
+  template <class Call>
+  void CheckEverySize(DWORD needed, bool canStand, const std::string& text, const Call& call) {
+    for (DWORD size = 0; size <= needed + 2; ++size) {
+      const bool stands = size >= needed && canStand;
+      const auto stored = size < this->kUnit ? Bytes{} : BytesOf(stands ? text : "");
+      for (const DWORD cbOut : {size, size >= needed ? UT_SIZE_UNCHECKED : size}) {
+        EXPECT_EQ(call(this->Put(Pattern(size)), cbOut), stands);
+        ASSERT_TRUE(this->Holds(Over(Pattern(size), stored))) << text << " into " << cbOut;
+      }
+    }
+  }
+
+  // What a part leaves in a buffer that it is cut to. A whole name comes with a second zero.
+  static Bytes Cut(const std::string& text, DWORD size, std::size_t zeros = 1) {
+    if (size < kUnit) return Pattern(size);
+    auto bytes = test::BytesOf(test::Text<F>(text.substr(0, size / kUnit - 1)), zeros);
+    bytes.resize(std::min<std::size_t>(bytes.size(), size / kUnit * kUnit));
+    return Over(Pattern(size), bytes);
+  }
+
+  // The parts of a name, each cut to a buffer of its own, and unchecked where there is room.
+  void CheckCuts(const std::string& name, DWORD size1, DWORD size2, DWORD size3) {
+    const auto expected = Parse(name);
+    const auto [first, second] = expected.separators;
+    const auto* psz = Argument(0, name.c_str());
+    const auto size = [&](test::GuardedBuffer& buffer) {
+      return buffer.size() >= (name.size() + 2) * kUnit ? UT_SIZE_UNCHECKED : buffer.size();
+    };
+    test::GuardedBuffer server(size1), resource(size2), path(size3);
+    F::BreakUNCName(psz, server.As<Char>(), size(server), resource.As<Char>(), size(resource),
+                    path.As<Char>(), size(path));
+    EXPECT_EQ(server.Bytes(), Cut(expected.parts[0], size1));
+    EXPECT_EQ(resource.Bytes(), Cut(expected.parts[1], size2));
+    EXPECT_EQ(path.Bytes(), Cut(expected.parts[2], size3));
+    server.Refill();
+    resource.Refill();
+    const bool isCut1 = expected.isUnc && size1 >= kUnit, isCut2 = first != 0 && size2 >= kUnit;
+    EXPECT_EQ(F::ExtractServer(psz, server.As<Char>(), size(server)), isCut1);
+    EXPECT_EQ(F::ExtractServerResource(psz, resource.As<Char>(), size(resource)), isCut2);
+    const auto whole1 = first == 0 ? Cut(name, size1, 2) : Cut(name.substr(0, first), size1);
+    const auto whole2 = second == 0 ? Cut(name, size2, 2) : Cut(name.substr(0, second), size2);
+    EXPECT_EQ(server.Bytes(), isCut1 ? whole1 : Pattern(size1));
+    EXPECT_EQ(resource.Bytes(), isCut2 ? whole2 : Pattern(size2));
+  }
+
+  void CheckParse(const std::string& name) {
     const auto expected = Parse(name);
     const auto& [server, resource, path] = expected.parts;
     const DWORD bits = !server.empty() + 2 * !resource.empty() + 4 * !path.empty();
@@ -109,55 +132,118 @@ TYPED_TEST(UncTest, ParseEveryShortName) {
     EXPECT_EQ(out[0], test::Text<F>(first == 0 ? whole : name.substr(0, first)));
     EXPECT_EQ(out[1], test::Text<F>(first == 0 ? "" : second == 0 ? name : name.substr(0, second)));
     EXPECT_TRUE(this->Holds(bytes));
+  }
+
+  // The outcome of appending a component. A lead byte takes the byte behind it along.
+  static std::string Appended(std::string path, Part component) {
+    bool endsInSeparator = false;
+    for (std::size_t i = 0; i < path.size(); ++i) {
+      endsInSeparator = path[i] == '\\';
+      if (!F::kIsWide && host::IsLeadByte(path[i])) ++i;
+    }
+    if (!endsInSeparator) path += '\\';
+    return path + WithoutLead(component == nullptr ? "" : component);
+  }
+
+  void CheckAppend(const std::string& path, Part component) {
+    const auto expected = this->BytesOf(Appended(path, component));
+    const auto before = Over(Pattern(expected.size()), this->BytesOf(path));
+    F::AppendPathComponent(this->Put(before), this->Argument(0, component));
+    EXPECT_TRUE(this->Holds(expected)) << path << " and " << testing::PrintToString(component);
+    test::GuardedBuffer front(before, test::Guard::kInFront);
+    F::AppendPathComponent(front.template As<typename F::Char>(), this->Argument(0, component));
+    EXPECT_EQ(front.Bytes(), expected);
+  }
+
+  void CheckBuild(Part server, Part resource, Part path) {
+    const bool hasServer = server != nullptr && *server != 0;
+    std::string name = hasServer ? "\\\\" + WithoutLead(server) : "";
+    DWORD needed = name.size();
+    for (const Part part : {resource, path}) {
+      if (part == nullptr) continue;
+      needed += WithoutLead(part).size() + 1;
+      name = Appended(name, part);
+    }
+    needed = std::max((needed + (needed != 0)) * this->kUnit, this->kUnit);
+    this->CheckEverySize(needed, true, name, [&](auto* out, DWORD cbOut) {
+      return F::BuildUNCName(out, cbOut, this->Argument(0, server), this->Argument(1, resource),
+                             this->Argument(2, path));
+    });
+  }
+
+  void CheckServerName(Part server, INT nForm) {
+    const std::string given = server == nullptr ? "" : server;
+    const std::string name = (nForm == 1 ? "\\\\" : "") + WithoutLead(given);
+    const DWORD needed = (given.size() + (nForm == 1 ? 3 : 1)) * this->kUnit;
+    this->CheckEverySize(needed, server != nullptr, name, [&](auto* out, DWORD cbOut) {
+      return F::ServerName(this->Argument(0, server), nForm, out, cbOut);
+    });
+  }
+
+  void CheckConvert(const std::string& name, INT nForm) {
+    auto expected = (nForm == UT_SERVERNAME_UNC ? "\\\\" : "") + WithoutLead(name);
+    if (name.size() > (nForm == UT_SERVERNAME_UNC ? 61 : 63)) expected = "";
+    // Nothing behind the new terminator is written, so the old characters show there.
+    const auto after = this->BytesOf(expected);
+    const auto before = Over(Pattern(after.size()), this->BytesOf(name));
+    F::ConvertServerName(this->Put(before), nForm);
+    EXPECT_TRUE(this->Holds(Over(before, after))) << name << ", form " << nForm;
+  }
+
+  void CheckChosen(test::Choices& choices) {
+    host::SetCodePage(choices.Of<unsigned>({1252, 932, 936}));
+    const std::vector<char> letters = {'\\',   '\\',   'a',
+                                       '\x83', '\xDC', char(choices.Below(255) + 1)};
+    const std::string texts[] = {choices.Text(letters, 12), choices.Text(letters, 6),
+                                 choices.Text(letters, 6)};
+    Part parts[3];
+    for (int i = 0; i < 3; ++i) parts[i] = choices.Below(8) != 0 ? texts[i].c_str() : nullptr;
+    const INT nForm = choices.Of<INT>({UT_SERVERNAME_UNC, 0, 2, -1, 0x10001});
+    switch (choices.Below(6)) {
+      case 0:
+        return CheckParse("\\\\" + texts[0]);
+      case 5:
+        return CheckCuts("\\\\" + texts[0], choices.Below(40), choices.Below(40),
+                         choices.Below(40));
+      case 1:
+        return CheckAppend(texts[0], parts[1]);
+      case 2:
+        return CheckBuild(parts[0], parts[1], parts[2]);
+      case 3:
+        return CheckServerName(parts[0], nForm);
+      default:
+        return CheckConvert(texts[0] + std::string(choices.Below(70), 'n'), nForm);
+    }
+  }
+
+ private:
+  std::basic_string<Char> arguments_[3];
+};
+
+PROPERTY(Unc, AgreesWithTheModel, 1500) {
+  choices.Below(3) != 0 ? Checks<test::ByteForm>().CheckChosen(choices)
+                        : Checks<test::WideForm>().CheckChosen(choices);
+}
+
+template <class F>
+class UncTest : public testing::Test, protected Checks<F> {
+  void SetUp() override { ASSERT_TRUE(host::SetCodePage(932)); }
+};
+TYPED_TEST_SUITE(UncTest, test::Forms, test::FormNames);
+
+TYPED_TEST(UncTest, ParseEveryShortName) {
+  auto names = this->Texts(8);
+  names.insert(names.end(), {"\\\\server\\share\\\\dir\\\\sub\\\\", "\\\\server/share", "c:\\x"});
+  for (const auto& name : names) {
+    this->CheckParse(name);
     ASSERT_FALSE(this->HasFailure()) << testing::PrintToString(name);
   }
 }
 
-TYPED_TEST(UncTest, CutComponentsToTheirBuffers) {
-  using F = TypeParam;
-  using Char = typename F::Char;
-  const auto* psz = this->Argument(0, "\\\\server\\share\\path");
-  test::GuardedBuffer server(4 * this->kUnit), resource(this->kUnit), path(this->kUnit - 1);
-  EXPECT_EQ(F::BreakUNCName(psz, server.As<Char>(), server.size(), resource.As<Char>(),
-                            resource.size(), path.As<Char>(), path.size()),
-            7u);
-  EXPECT_EQ(server.Bytes(), this->BytesOf("ser"));
-  EXPECT_EQ(resource.Bytes(), this->BytesOf(""));
-  EXPECT_TRUE(path.IsUntouched());
-  for (auto* extract : {F::ExtractServer, F::ExtractServerResource}) {
-    EXPECT_EQ(extract(psz, this->Put(Pattern(5 * this->kUnit)), 5 * this->kUnit), 1);
-    EXPECT_TRUE(this->Holds(this->BytesOf("\\\\se")));
-    EXPECT_EQ(extract(psz, path.As<Char>(), path.size()), 0);
-    EXPECT_EQ(extract(psz, nullptr, UT_SIZE_UNCHECKED), 0);
-  }
-}
-
-TYPED_TEST(UncTest, StoreNothingBehindTheCopies) {
-  using F = TypeParam;
-  const struct {
-    decltype(F::ExtractServer) extract;
-    Part name, out;
-    std::size_t zeros;  // a whole name comes with a second one
-  } cases[] = {{F::ExtractServer, "\\\\s", "\\\\s", 2},
-               {F::ExtractServer, "\\\\s\\", "\\\\s", 1},
-               {F::ExtractServerResource, "\\\\s\\r", "\\\\s\\r", 2},
-               {F::ExtractServerResource, "\\\\s\\r\\", "\\\\s\\r", 1}};
-  for (const DWORD cbOut : {30u, UT_SIZE_UNCHECKED}) {
-    for (const auto& row : cases) {
-      EXPECT_EQ(row.extract(this->Argument(0, row.name), this->Put(Pattern(30)), cbOut), 1);
-      EXPECT_TRUE(this->Holds(Over(Pattern(30), test::BytesOf(test::Text<F>(row.out), row.zeros))))
-          << row.name;
-    }
-    const DWORD third = 10 / this->kUnit, size = cbOut == 30 ? 10 : cbOut;
-    auto* out = this->Put(Pattern(30));
-    F::BreakUNCName(this->Argument(0, "\\\\s\\re\\p"), out, size, out + third, size,
-                    out + 2 * third, size);
-    Bytes expected;
-    for (const Part part : {"s", "re", "p"}) {
-      const auto slot = Over(Pattern(10), this->BytesOf(part));
-      expected.insert(expected.end(), slot.begin(), slot.end());
-    }
-    EXPECT_TRUE(this->Holds(expected));
+TYPED_TEST(UncTest, CutComponentsToEverySize) {
+  for (const Part name :
+       {"\\\\s", "\\\\s\\", "\\\\s\\re", "\\\\s\\re\\p", "\\\\server\\share\\path"}) {
+    for (DWORD size = 0; size < 50; ++size) this->CheckCuts(name, size, size, size);
   }
 }
 
@@ -171,6 +257,8 @@ TYPED_TEST(UncTest, AnswerNullAndWhatIsNoName) {
   EXPECT_EQ(found, mark);
   EXPECT_EQ(F::BreakUNCName(nullptr, mark, 8, mark, 8, mark, 8), 0u);
   EXPECT_EQ(F::CheckUNCName(nullptr), 0u);
+  EXPECT_EQ(F::ExtractServer(psz, nullptr, UT_SIZE_UNCHECKED), 0);
+  EXPECT_EQ(F::ExtractServerResource(psz, nullptr, UT_SIZE_UNCHECKED), 0);
   for (const auto* none : {psz + 1, psz + 2, static_cast<decltype(psz)>(nullptr)}) {
     EXPECT_EQ(F::ExtractServer(none, mark, 8), 0);
     EXPECT_EQ(F::ExtractServerResource(none, mark, 8), 0);
@@ -178,29 +266,12 @@ TYPED_TEST(UncTest, AnswerNullAndWhatIsNoName) {
   EXPECT_TRUE(this->Holds(Pattern(8)));
 }
 
-// The outcome of appending a component. A lead byte takes the byte behind it along.
-std::string Appended(std::string path, Part component) {
-  bool endsInSeparator = false;
-  for (std::size_t i = 0; i < path.size(); ++i) {
-    endsInSeparator = path[i] == '\\';
-    if (path[i] == '\x83') ++i;
-  }
-  if (!endsInSeparator) path += '\\';
-  return path + WithoutLead(component == nullptr ? "" : component);
-}
-
 TYPED_TEST(UncTest, AppendComponentsByTheLastCharacter) {
   using F = TypeParam;
   for (const auto& path : this->Texts(5)) {
     for (const Part component :
          {Part{nullptr}, "", "\\", "\\\\", "x", "\\x", "\\\\sub\\", "x\\\\y"}) {
-      const auto expected = this->BytesOf(Appended(path, component));
-      const auto before = Over(Pattern(expected.size()), this->BytesOf(path));
-      F::AppendPathComponent(this->Put(before), this->Argument(0, component));
-      EXPECT_TRUE(this->Holds(expected)) << path << " and " << testing::PrintToString(component);
-      test::GuardedBuffer front(before, test::Guard::kInFront);
-      F::AppendPathComponent(front.template As<typename F::Char>(), this->Argument(0, component));
-      EXPECT_EQ(front.Bytes(), expected);
+      this->CheckAppend(path, component);
     }
   }
   F::AppendPathComponent(nullptr, nullptr);
@@ -213,20 +284,7 @@ TYPED_TEST(UncTest, BuildFromAllPartsWithinEverySize) {
   using F = TypeParam;
   const Part parts[] = {nullptr, "", "\\", "srv", "\\\\s", "re\\", "\\p\\\\q"};
   for (int i = 0; i < 7 * 7 * 7; ++i) {
-    const Part server = parts[i % 7], others[] = {parts[i / 7 % 7], parts[i / 49]};
-    const bool hasServer = server != nullptr && *server != 0;
-    std::string name = hasServer ? "\\\\" + WithoutLead(server) : "";
-    DWORD needed = name.size();
-    for (const Part part : others) {
-      if (part == nullptr) continue;
-      needed += WithoutLead(part).size() + 1;
-      name = Appended(name, part);
-    }
-    needed = std::max((needed + (needed != 0)) * this->kUnit, this->kUnit);
-    this->CheckEverySize(needed, true, name, [&](auto* out, DWORD cbOut) {
-      return F::BuildUNCName(out, cbOut, this->Argument(0, server), this->Argument(1, others[0]),
-                             this->Argument(2, others[1]));
-    });
+    this->CheckBuild(parts[i % 7], parts[i / 7 % 7], parts[i / 49]);
     ASSERT_FALSE(this->HasFailure());
   }
   EXPECT_EQ(F::BuildUNCName(nullptr, UT_SIZE_UNCHECKED, nullptr, nullptr, nullptr), 0);
@@ -237,12 +295,7 @@ TYPED_TEST(UncTest, WriteServerNamesInBothFormsWithinEverySize) {
   for (const Part server :
        {Part{nullptr}, "", "\\", "\\\\", "srv", "\\\\srv", "\\\\\\srv", "s\\"}) {
     for (const INT nForm : {UT_SERVERNAME_UNC, 0, 2, -1, 0x10001}) {
-      const std::string given = server == nullptr ? "" : server;
-      const std::string name = (nForm == 1 ? "\\\\" : "") + WithoutLead(given);
-      const DWORD needed = (given.size() + (nForm == 1 ? 3 : 1)) * this->kUnit;
-      this->CheckEverySize(needed, server != nullptr, name, [&](auto* out, DWORD cbOut) {
-        return F::ServerName(this->Argument(0, server), nForm, out, cbOut);
-      });
+      this->CheckServerName(server, nForm);
       ASSERT_FALSE(this->HasFailure()) << "form " << nForm;
     }
   }
@@ -254,13 +307,7 @@ TYPED_TEST(UncTest, ConvertServerNamesOfUpToSixtyFourCharacters) {
     const std::size_t length = i % 70, lead = std::min<std::size_t>(i / 70 % 4, length);
     const INT nForm = i / 280;
     const auto name = std::string(lead, '\\') + std::string(length - lead, 'n');
-    auto expected = (nForm == UT_SERVERNAME_UNC ? "\\\\" : "") + WithoutLead(name);
-    if (length > (nForm == UT_SERVERNAME_UNC ? 61 : 63)) expected = "";
-    // Nothing behind the new terminator is written, so the old characters show there.
-    const auto after = this->BytesOf(expected);
-    const auto before = Over(Pattern(after.size()), this->BytesOf(name));
-    TypeParam::ConvertServerName(this->Put(before), nForm);
-    EXPECT_TRUE(this->Holds(Over(before, after))) << name << ", form " << nForm;
+    this->CheckConvert(name, nForm);
   }
 }
 

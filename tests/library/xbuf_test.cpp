@@ -5,10 +5,10 @@
 #include <tavkit.h>
 #include <win32.h>
 
+#include "support/choices.h"
 #include "support/forms.h"
 #include "support/guarded.h"
 #include "support/journal.h"
-#include "support/random.h"
 
 namespace {
 
@@ -38,9 +38,8 @@ struct Model {
     const BYTE* blocks[] = {pBuffer, cbFront ? pBuffer : nullptr, pBack, pFree, nullptr};
     const DWORD sizes[] = {cbBuffer, cbFront, cbBack, Free(), 0};
     for (DWORD i = 0; i < 5; ++i) {
-      SCOPED_TRACE(testing::Message() << "block " << i);
-      EXPECT_EQ(CallWithWords(utXBufGetBlock, hXBuf, 0x00010000u | i), blocks[i]);
-      EXPECT_EQ(CallWithWords(utXBufGetBlockSize, hXBuf, 0x00010000u | i), sizes[i]);
+      EXPECT_EQ(CallWithWords(utXBufGetBlock, hXBuf, 0x00010000u | i), blocks[i]) << i;
+      EXPECT_EQ(CallWithWords(utXBufGetBlockSize, hXBuf, 0x00010000u | i), sizes[i]) << i;
     }
     EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), cbFront + cbBack);
     const std::uintptr_t fields[] = {UT_XBUF_SIGNATURE,
@@ -59,10 +58,11 @@ struct Model {
 // One XBuf, its model, and steps that do the same to both.
 class XBufWalk {
  public:
-  // Every seed begins with an XBuf that got no buffer: of no size, at any address, or of no memory.
-  explicit XBufWalk(unsigned seed) : random_(seed) {
-    host::FailCall(seed % 3 == 2 ? 2 : 0, 0, "LocalAlloc");
-    hXBuf_ = utXBufCreate(seed % 3 == 2 ? 8 : 0, seed % 3 == 1 ? this : nullptr);
+  // It begins with an XBuf that got no buffer: of no size, at any address, or of no memory.
+  explicit XBufWalk(test::Choices& choices) : choices_(choices) {
+    const unsigned kind = choices.Below(3);
+    host::FailCall(kind == 2 ? 2 : 0, 0, "LocalAlloc");
+    hXBuf_ = utXBufCreate(kind == 2 ? 8 : 0, kind == 1 ? this : nullptr);
     host::FailCall(0);
     model_.Check(hXBuf_);
   }
@@ -71,21 +71,21 @@ class XBufWalk {
     for (void* block : own_) LocalFree(block);
   }
   void Step() {
-    const unsigned kind = random_.Below(16);
+    const unsigned kind = choices_.Below(16);
     kind == 0 ? UseBuffer() : kind == 1 ? SetOwner() : kind < 4 ? SetSpaceUsed() : Place();
     model_.Check(hXBuf_);
   }
 
  private:
   DWORD AnySize() {
-    return random_.Of<DWORD>({0, 1, random_.Below(24), model_.Free(), model_.Free() + 1, ~15u});
+    return choices_.Of<DWORD>({0, 1, choices_.Below(24), model_.Free(), model_.Free() + 1, ~15u});
   }
   void UseBuffer() {
-    const DWORD cb = random_.Below(8) == 0 ? 0 : 1 + random_.Below(70);
+    const DWORD cb = choices_.Below(8) == 0 ? 0 : 1 + choices_.Below(70);
     BYTE* block = nullptr;
-    if (random_.Below(2) != 0) own_.push_back(block = static_cast<BYTE*>(LocalAlloc(0, cb)));
+    if (choices_.Below(2) != 0) own_.push_back(block = static_cast<BYTE*>(LocalAlloc(0, cb)));
     const bool isOwned = block == nullptr;
-    const bool works = cb != 0 && !(isOwned && random_.Below(4) == 0);
+    const bool works = cb != 0 && !(isOwned && choices_.Below(4) == 0);
     host::FailCall(works ? 0 : 1, 0, "LocalAlloc");
     EXPECT_EQ(utXBufUseBuffer(hXBuf_, cb, block), works);
     host::FailCall(0);
@@ -94,7 +94,7 @@ class XBufWalk {
     if (works) model_ = {block, cb, 0, 0, isOwned, std::vector<BYTE>(cb, isOwned ? 0 : 0xA5)};
   }
   void SetOwner() {
-    const DWORD owner = random_.Of<DWORD>({0, 1, 0x80000000u});
+    const DWORD owner = choices_.Of<DWORD>({0, 1, 0x80000000u});
     utXBufSetOwner(hXBuf_, owner);
     if (model_.pBuffer == nullptr) return;
     std::erase(own_, model_.pBuffer);
@@ -102,23 +102,23 @@ class XBufWalk {
     model_.owns = owner;
   }
   void SetSpaceUsed() {
-    const DWORD front = AnySize(), back = random_.Below(3) ? AnySize() : model_.cbBuffer - front;
+    const DWORD front = AnySize(), back = choices_.Below(3) ? AnySize() : model_.cbBuffer - front;
     const bool fits = std::uint64_t{front} + back <= model_.cbBuffer;
     EXPECT_EQ(utXBufSetSpaceUsed(hXBuf_, front, back), fits);
     if (fits) model_.cbFront = front, model_.cbBack = back;
   }
   // A reservation, or one of the three copies, with garbage above the side's 16 bits.
   void Place() {
-    const DWORD kind = random_.Below(4);
-    const DWORD cb = kind < 2 ? AnySize() : (1 + random_.Below(9)) * (kind - 1);
-    const DWORD side = random_.Below(2) * 0x10000u + random_.Of<DWORD>({0, 0, 1, 1, 2, 0x100});
+    const DWORD kind = choices_.Below(4);
+    const DWORD cb = kind < 2 ? AnySize() : (1 + choices_.Below(9)) * (kind - 1);
+    const DWORD side = choices_.Below(2) * 0x10000u + choices_.Of<DWORD>({0, 0, 1, 1, 2, 0x100});
     GuardedBuffer source(cb < 100 ? cb : 0);
     if (kind >= 2) std::memset(source.data() + cb - (kind - 1), 0, kind - 1);
-    void* from = kind != 0 && random_.Below(8) == 0 ? nullptr : source.data();
+    void* from = kind != 0 && choices_.Below(8) == 0 ? nullptr : source.data();
     BYTE* expected = from ? model_.Take(static_cast<WORD>(side), cb) : nullptr;
     if (expected && kind != 0) std::memcpy(&model_.bytes[expected - model_.pBuffer], from, cb);
     LPVOID block = this;
-    LPVOID* ppBlock = random_.Below(8) != 0 ? &block : nullptr;
+    LPVOID* ppBlock = choices_.Below(8) != 0 ? &block : nullptr;
     const BOOL result = kind == 0   ? CallWithWords(utXBufReserveBlock, hXBuf_, side, cb, ppBlock)
                         : kind == 1 ? CallWithWords(utXBufCopyTo, hXBuf_, side, from, cb, ppBlock)
                         : kind == 2
@@ -128,19 +128,17 @@ class XBufWalk {
     EXPECT_EQ(block, ppBlock ? expected : static_cast<LPVOID>(this));
   }
 
-  test::Random random_;
+  test::Choices& choices_;
   HXBUF hXBuf_;
   Model model_;
   std::vector<void*> own_;  // blocks that the XBuf must not free
 };
 
-TEST(XBuf, AgreesWithTheModelAfterEveryStep) {
-  for (unsigned seed = 0; seed < 60; ++seed) {
-    XBufWalk walk(seed);
-    for (int step = 0; step < 80 && !testing::Test::HasFailure(); ++step) {
-      SCOPED_TRACE(testing::Message() << "seed " << seed << ", step " << step);
-      walk.Step();
-    }
+PROPERTY(XBuf, AgreesWithTheModelAfterEveryStep, 80) {
+  XBufWalk walk(choices);
+  for (int step = 0; choices.More() && !testing::Test::HasFailure(); ++step) {
+    SCOPED_TRACE(testing::Message() << "step " << step);
+    walk.Step();
   }
 }
 

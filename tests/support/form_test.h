@@ -1,5 +1,5 @@
-// The ground of typed tests on buffers: a block of any size directly in front of an inaccessible
-// page, without a new mapping for each.
+// The ground of checks on buffers of a form: a block of any size directly in front of an
+// inaccessible page, without a new mapping for each.
 #ifndef TESTS_SUPPORT_FORM_TEST_H
 #define TESTS_SUPPORT_FORM_TEST_H
 
@@ -20,8 +20,8 @@ inline Bytes Over(Bytes below, const Bytes& above) {
 }
 
 template <class Form>
-class FormTest : public testing::Test {
- protected:
+class Ground {
+ public:
   using Char = typename Form::Char;
   using String = std::basic_string<Char>;
   static constexpr DWORD kUnit = sizeof(Char);

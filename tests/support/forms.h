@@ -49,10 +49,15 @@ struct FormNames {
   }
 };
 
-// A text in the units of a form, one for each character.
+// A text in the units of a form, one for each byte. In place of those above 0x7F stand wide units
+// whose low byte is a character that they must not be taken for.
 template <class Form>
 std::basic_string<typename Form::Char> Text(std::string_view text) {
-  return {text.begin(), text.end()};
+  std::basic_string<typename Form::Char> units(text.begin(), text.end());
+  if constexpr (Form::kIsWide) {
+    for (auto& unit : units) unit = unit > 0x7F ? 0x0100 | (unit & 0x7F) : unit;
+  }
+  return units;
 }
 
 // Bytes of `units` units of a form.
@@ -64,8 +69,8 @@ constexpr DWORD Size(DWORD units) {
 // Calls an export with 32-bit words in the place of its arguments, as a caller may that has
 // something above the low 16 bits of a 16-bit argument.
 template <class Result, class... Parameters, class... Words>
-__attribute__((no_sanitize("function"))) Result CallWithWords(
-    Result(UT_API* function)(Parameters...), Words... words) {
+[[clang::no_sanitize("function")]] Result CallWithWords(Result(UT_API* function)(Parameters...),
+                                                        Words... words) {
   static_assert(sizeof...(Parameters) == sizeof...(Words));
   // At 64 bits the caller narrows: nothing can stand above the low bits there.
   if constexpr (sizeof(void*) != 4) return function((Parameters)(words)...);

@@ -2,14 +2,12 @@
 // TAVKIT_DLL names.
 #include <gtest/gtest.h>
 #include <guarded_buffer.h>
-#include <heap.h>
-#include <host.h>
-#include <registry.h>
 
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
 
+#include "support/choices.h"
 #include "support/entry.h"
 
 #ifdef TAVKIT_NATIVE
@@ -62,11 +60,7 @@ namespace {
 // open key behind.
 class FreshPlatform : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override { host::Reset(); }
-  void OnTestEnd(const testing::TestInfo&) override {
-    EXPECT_EQ(host::LivingBlocks(), 0u);
-    EXPECT_EQ(host::HeapError(), "");
-    EXPECT_EQ(host::LivingKeyHandles(), 0u);
-  }
+  void OnTestEnd(const testing::TestInfo&) override { test::ExpectNothingLeft(); }
 };
 
 }  // namespace

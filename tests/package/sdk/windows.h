@@ -40,13 +40,13 @@ typedef void *PVOID, *LPVOID, *HANDLE;
 typedef const void* LPCVOID;
 typedef struct HINSTANCE__ {
   int unused;
-} * HINSTANCE, *HMODULE;
+} *HINSTANCE, *HMODULE;
 typedef struct HWND__ {
   int unused;
-} * HWND;
+}* HWND;
 typedef struct HKEY__ {
   int unused;
-} * HKEY, **PHKEY;
+} *HKEY, **PHKEY;
 typedef INT(WINAPI* FARPROC)();
 
 #define FALSE 0
@@ -69,7 +69,7 @@ HMODULE WINAPI LoadLibraryA(LPCSTR);
 BOOL WINAPI FreeLibrary(HMODULE);
 FARPROC WINAPI GetProcAddress(HMODULE, LPCSTR);
 void WINAPI ExitProcess(UINT);
-#define STD_OUTPUT_HANDLE ((DWORD)-11)
+#define STD_OUTPUT_HANDLE ((DWORD)(-11))
 HANDLE WINAPI GetStdHandle(DWORD);
 BOOL WINAPI WriteFile(HANDLE, LPCVOID, DWORD, LPDWORD, LPVOID);
 INT WINAPI lstrlenA(LPCSTR);
