@@ -141,7 +141,8 @@ template <class Text>
 bool CopyMakeAsciiz(const void* pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest) {
   if (!IsBuffer(pszDest, cbDest, Text::kUnit)) return false;
   DWORD count = pSource == nullptr ? 0 : cbSource;
-  if (cbDest != UT_SIZE_UNCHECKED && count > cbDest - Text::kUnit) count = cbDest - Text::kUnit;
+  // UT_SIZE_UNCHECKED is the largest number, so it cuts nothing.
+  if (count > cbDest - Text::kUnit) count = cbDest - Text::kUnit;
   MoveBytes(pszDest, pSource, count);
   // The terminator stands at a whole unit, over the half one that an odd count ends with.
   Text::Store(pszDest + count / Text::kUnit, 0);

@@ -71,8 +71,7 @@ DWORD Size(const Record<Form>* pResource, DWORD dwMask) {
 
 template <class Form>
 void MoveStringToBack(HXBUF hXBuf, typename Form::String& psz) {
-  if (psz == nullptr) return;
-  LPVOID pCopy = nullptr;
+  LPVOID pCopy = nullptr;  // and of a NULL string there is no copy
   Form::CopyStringTo(hXBuf, UT_XBUF_BACK, psz, &pCopy);
   psz = static_cast<typename Form::String>(pCopy);
 }

@@ -78,6 +78,7 @@ TEST(RegistryValues, ReachThePlatformAsTheyCome) {
       {[&] { return utRegOpenPrivateUserKey(nullptr, nullptr, 9, &key); }, 0, 0,
        "OpenKey u * 0 9 key; "},
       {[&] { return utRegDeletePrivateUserKey(nullptr, nullptr); }, 0, 0, "DeleteKey u *; "},
+      {[&] { return utRegVerifyPrivateUserKey(none, nullptr); }, 0, 0, "OpenKey u * 0 1 *; "},
   };
   // clang-format on
   for (auto [call, result, access, calls] : rows) {
@@ -189,7 +190,7 @@ TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
       {[&](BOOL f) { return utRegSetValueString(u, k, "v", "hello", f); }, {1, "hello\0"s}},
       {[&](BOOL f) { return utRegSetValueString(u, k, "v", nullptr, f); }, {1, "\0"s}},
       {[&](BOOL f) { return utRegSetValueDword(u, k, "v", 0x44332211, f); }, {4, "\x11\"3D"}},
-      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0x100, f); }, {3, "\1"}},
+      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", ~0x7FFFFFFF, f); }, {3, "\1"}},
       {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0, f); }, {3, "\0"s}},
       {[&](BOOL) { return !utRegWritePrivateUserString("sec", "v", "", "prod"); }, {1, "\0"s}},
       {[&](BOOL) { return !utRegWritePrivateUserDword("sec", "v", 5, "prod"); }, {4, "\5\0\0\0"s}},

@@ -111,7 +111,7 @@ class XBufWalk {
   void Place() {
     const DWORD kind = choices_.Below(4);
     const DWORD cb = kind < 2 ? AnySize() : (1 + choices_.Below(9)) * (kind - 1);
-    const DWORD side = choices_.Below(2) * 0x10000u + choices_.Below(16) % 5 % 3;
+    const DWORD side = choices_.Below(2) * 0x10000u + choices_.Of<DWORD>({0, 0, 1, 1, 2, 0x100});
     GuardedBuffer source(cb < 100 ? cb : 0);
     if (kind >= 2) std::memset(source.data() + cb - (kind - 1), 0, kind - 1);
     void* from = kind != 0 && choices_.Below(8) == 0 ? nullptr : source.data();
