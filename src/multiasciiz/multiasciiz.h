@@ -48,7 +48,7 @@ DWORD MultiAsciizSize(const Char<Text>* pList, bool withFinalZero) {
 
 template <class Text>
 Char<Text>* NextAsciiz(const Char<Text>* pszString) {
-  return pszString == nullptr ? nullptr : FindEnd<Text>(pszString) + 1;
+  return pszString == nullptr ? nullptr : Text::End(pszString) + 1;
 }
 
 template <class Text>

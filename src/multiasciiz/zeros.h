@@ -82,7 +82,7 @@ uintptr_t FindEndStride(uintptr_t stride) {
 // The first zero unit of a list that has a zero unit directly in front of it; the list's own start
 // has one too.
 template <class Text>
-TAVKIT_ONCE Char<Text>* FindFinalZero(const Char<Text>* pList) {
+__attribute__((noinline)) Char<Text>* FindFinalZero(const Char<Text>* pList) {
   constexpr DWORD kRun = 2 * Text::kUnit;
   ZeroWindow<Text> window(pList, Text::kUnit);
   DWORD runEnds = window.template RunEnds<kRun>();

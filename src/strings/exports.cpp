@@ -1,3 +1,4 @@
+#include "strings/search.h"
 #include "strings/strings.h"
 
 using namespace tavkit;

@@ -1,11 +1,9 @@
-// Searches for units of text, sixteen bytes a step, and sixty-four where nothing is to be found.
+// Searches for units of text, sixteen bytes a step, and sixty-four where nothing is to be found. They
+// become the bodies of exports, which all else calls by Text::Find and Text::End.
 #ifndef TAVKIT_STRINGS_SEARCH_H
 #define TAVKIT_STRINGS_SEARCH_H
 
 #include "strings/blocks.h"
-
-// One body for all callers. An export of the same arguments jumps there.
-#define TAVKIT_ONCE __attribute__((noinline))
 
 namespace tavkit {
 
@@ -87,13 +85,13 @@ Char<Text>* FindStop(const Char<Text>* psz, WORD wSought) {
 
 // The terminator.
 template <class Text>
-TAVKIT_ONCE Char<Text>* UT_API FindEnd(const Char<Text>* psz) {
+Char<Text>* FindEnd(const Char<Text>* psz) {
   return FindStop<Text>(psz, 0);
 }
 
 // The first match, the terminator included; NULL if there is none.
 template <class Text>
-TAVKIT_ONCE Char<Text>* UT_API FindChar(const Char<Text>* psz, WORD wChar) {
+Char<Text>* FindChar(const Char<Text>* psz, WORD wChar) {
   const WORD wSought = Text::Sought(wChar);
   Char<Text>* pszStop = FindStop<Text>(psz, wSought);
   return Text::Load(pszStop) == wSought ? pszStop : nullptr;

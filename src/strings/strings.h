@@ -7,13 +7,13 @@
 
 #include "frame/buffer_size.h"
 #include "frame/memory.h"
-#include "strings/search.h"
+#include "strings/text.h"
 
 namespace tavkit {
 
 inline DWORD WideText::Length(const Char* psz) {
   // In bytes, not in units: the two pointers may be odd.
-  return static_cast<DWORD>(reinterpret_cast<const char*>(FindEnd<WideText>(psz)) -
+  return static_cast<DWORD>(reinterpret_cast<const char*>(WideText::End(psz)) -
                             reinterpret_cast<const char*>(psz));
 }
 
@@ -49,7 +49,7 @@ inline CHAR* FindLast(CHAR* psz, ByteText) {
 }
 
 inline WCHAR* FindLast(WCHAR* psz, WideText) {
-  WCHAR* pszEnd = FindEnd<WideText>(psz);
+  WCHAR* pszEnd = WideText::End(psz);
   return pszEnd == psz ? psz : pszEnd - 1;
 }
 
@@ -61,7 +61,7 @@ Char<Text>* CharLast(const Char<Text>* psz) {
 template <class Text>
 Char<Text>* TruncateAtChar(Char<Text>* psz, WORD wChar) {
   if (psz == nullptr) return nullptr;
-  auto* pszFound = FindChar<Text>(psz, wChar);
+  auto* pszFound = Text::Find(psz, wChar);
   if (pszFound != nullptr) Text::Store(pszFound, 0);
   return pszFound;
 }
@@ -106,7 +106,7 @@ inline CHAR* FindTrailRun(CHAR* psz, WORD wChar, ByteText) {
 
 inline WCHAR* FindTrailRun(WCHAR* psz, WORD wChar, WideText) {
   WCHAR* pszRun = nullptr;
-  for (WCHAR* pszEnd = FindEnd<WideText>(psz); pszEnd != psz; pszRun = pszEnd) {
+  for (WCHAR* pszEnd = WideText::End(psz); pszEnd != psz; pszRun = pszEnd) {
     --pszEnd;
     if (!WideText::IsChar(pszEnd, wChar)) break;
   }

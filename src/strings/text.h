@@ -3,6 +3,7 @@
 #ifndef TAVKIT_STRINGS_TEXT_H
 #define TAVKIT_STRINGS_TEXT_H
 
+#include <tavkit/strings.h>
 #include <win32.h>
 
 namespace tavkit {
@@ -26,6 +27,9 @@ struct ByteText {
   static Char* Previous(const Char* pszStart, const Char* pszCurrent) {
     return CharPrevA(pszStart, pszCurrent);
   }
+
+  static Char* Find(const Char* psz, WORD wChar) { return utFindChar(psz, wChar); }
+  static Char* End(const Char* psz) { return utCharNull(psz); }
 
   // Bytes in front of the terminator.
   static DWORD Length(const Char* psz) { return static_cast<DWORD>(lstrlenA(psz)); }
@@ -55,6 +59,9 @@ struct WideText {
     if (pszCurrent < pszStart) return nullptr;
     return const_cast<Char*>(pszCurrent == pszStart ? pszStart : pszCurrent - 1);
   }
+
+  static Char* Find(const Char* psz, WORD wChar) { return utFindCharW(psz, wChar); }
+  static Char* End(const Char* psz) { return utCharNullW(psz); }
 
   static DWORD Length(const Char* psz);
   static void Copy(Char* pszDest, const Char* pszSource);

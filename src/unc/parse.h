@@ -36,7 +36,7 @@ template <class Text>
 void AppendPathComponent(Char<Text>* pszPath, const Char<Text>* pszComponent) {
   if (pszPath == nullptr) return;
   const Char<Text>* pszLast = CharLast<Text>(pszPath);
-  AppendComponent<Text>(pszLast, FindEnd<Text>(pszLast), pszComponent);
+  AppendComponent<Text>(pszLast, Text::End(pszLast), pszComponent);
 }
 
 // Where the parts of a UNC name stand; NULL for one that the name doesn't have.
@@ -52,7 +52,7 @@ struct UncParts {
 
 template <class Text>
 Char<Text>* FindSeparator(const Char<Text>* psz) {
-  return psz == nullptr ? nullptr : FindChar<Text>(psz, kBackslash);
+  return psz == nullptr ? nullptr : Text::Find(psz, kBackslash);
 }
 
 // The one parse: all that is said of a name is read off its result.

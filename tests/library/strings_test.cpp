@@ -260,6 +260,23 @@ TYPED_TEST(StringsTest, CopyOntoThemselvesWhole) {
   }
 }
 
+TYPED_TEST(StringsTest, CopyThousandsOfBytesOverThemselves) {
+  using F = TypeParam;
+  const DWORD cbSource = 4000;
+  for (const int to : {0, 899, 936, 937, 968, 969, 999, 1000, 1001, 1064, 1900}) {
+    GuardedBuffer buffer(cbSource + 2000 * this->kUnit);
+    for (DWORD i = 0; i < buffer.size(); ++i) buffer.data()[i] = static_cast<BYTE>(i * 167 >> 3);
+    auto expected = buffer.Bytes();
+    auto* psz = buffer.template As<typename F::Char>();
+    const auto start = expected.begin() + 1000 * this->kUnit;
+    Bytes copied(start, start + cbSource);
+    EXPECT_EQ(F::CopyMakeAsciiz(psz + 1000, cbSource, psz + to, UT_SIZE_UNCHECKED), 1);
+    copied.resize(cbSource + this->kUnit);
+    std::copy(copied.begin(), copied.end(), expected.begin() + to * this->kUnit);
+    EXPECT_TRUE(buffer.Bytes() == expected) << "to " << to;
+  }
+}
+
 TEST(WideStrings, GiveNullForAPositionBelowTheStart) {
   WCHAR text[] = {'a', 'b', 0};
   EXPECT_EQ(utCharPrevW(text + 1, text), nullptr);
