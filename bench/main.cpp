@@ -17,6 +17,8 @@ struct Options {
   std::string page;
   std::string plot;
   std::string notes;
+  std::string save;
+  std::string narrow;
   bool check = false;
   bool emulated = false;
 };
@@ -66,6 +68,8 @@ int Run(int argc, char** argv) {
               Opt(options.page, "file")["--page"]("write the page there") |
               Opt(options.plot, "file")["--plot"]("write the plot there") |
               Opt(options.notes, "file")["--notes"]("Markdown to put into the page") |
+              Opt(options.save, "file")["--save"]("write the times there, and nothing else") |
+              Opt(options.narrow, "file")["--narrow"]("saved times of a run with 128-bit vectors") |
               Opt(options.check)["--check"]("compare the answers only, and time nothing") |
               Opt(options.emulated)["--emulated"]("say of the figures that an emulator ran it"));
   if (const int error = session.applyCommandLine(argc, argv); error != 0) return error;
@@ -74,6 +78,8 @@ int Run(int argc, char** argv) {
   bench::timing = !options.check;
   if (const int failed = session.run(); failed != 0 || options.check) return failed;
 
+  if (!options.save.empty()) return bench::SaveTimes(options.save), 0;
+  if (!options.narrow.empty()) bench::TakeNarrowTimes(options.narrow);
   const bench::Run run{Subject(options.emulated), Machine(), __VERSION__,
                        std::filesystem::file_size(bench::dllPath), ReadText(options.notes)};
   bench::WriteTable(std::cout, run);

@@ -1,7 +1,10 @@
 #include "measure.h"
 
 #include <chrono>
+#include <fstream>
 #include <limits>
+#include <map>
+#include <stdexcept>
 
 namespace bench {
 namespace {
@@ -11,7 +14,7 @@ using Plan = Catch::Benchmark::ExecutionPlan<Catch::Benchmark::FloatDuration<Clo
 
 // The sides are timed in turn this often, each time with as many samples as the harness is told to
 // take, so that what else the machine does meets all of them alike.
-constexpr int kTurns = 5;
+constexpr int kTurns = 3;
 
 std::vector<Figure> figures;
 
@@ -39,9 +42,36 @@ struct Timing {
   double shortest = std::numeric_limits<double>::infinity();
 };
 
+std::string Key(const Figure& figure) {
+  const auto& task = figure.task;
+  return figure.family + '\t' + task.operation + '\t' + task.input + '\t' +
+         std::to_string(task.size) + '\t' + figure.peer;
+}
+
 }  // namespace
 
 const std::vector<Figure>& Figures() { return figures; }
+
+void SaveTimes(const std::string& path) {
+  std::ofstream file(path);
+  for (const auto& figure : figures) {
+    const auto& [ours, platform, peers] = figure.times;
+    file << ours << ' ' << platform << ' ' << peers << ' ' << Key(figure) << '\n';
+  }
+  if (!file.flush()) throw std::runtime_error(path + " can't be written");
+}
+
+void TakeNarrowTimes(const std::string& path) {
+  std::ifstream file(path);
+  std::map<std::string, Times> taken;
+  Times times;
+  std::string key;
+  while (file >> times.ours >> times.platform >> times.peers && file.get() &&
+         std::getline(file, key)) {
+    taken[key] = times;
+  }
+  for (auto& figure : figures) figure.narrow = taken.at(Key(figure));
+}
 
 const std::vector<std::size_t>& Lengths() {
   static const auto lengths = [] {
@@ -71,8 +101,13 @@ void Measure(const Task& task, const std::vector<Side>& sides, bool hasPlatform)
   }
   const std::string family = Catch::getResultCapture().getCurrentTestName();
   for (std::size_t i = hasPlatform ? 2 : 1; i < sides.size(); ++i) {
-    figures.push_back({family, task, timings[0].shortest, hasPlatform ? timings[1].shortest : 0,
-                       sides[0].allocations, sides[i].name, timings[i].shortest,
+    const double platform = hasPlatform ? timings[1].shortest : 0;
+    figures.push_back({family,
+                       task,
+                       sides[i].name,
+                       {timings[0].shortest, platform, timings[i].shortest},
+                       {},
+                       sides[0].allocations,
                        sides[i].allocations});
   }
 }

@@ -21,22 +21,31 @@ struct Task {
   double goal = 0;
 };
 
-// Times are in nanoseconds for the work done once, the shortest that was seen.
-struct Figure {
-  std::string family;
-  Task task;
-  double ours;
-  double platform;  // what the platform calls in it take alone
-  unsigned long allocations;
-  std::string peer;
-  double peers;
-  unsigned long peersAllocations;
+// In nanoseconds for the work done once, the shortest that were seen.
+struct Times {
+  double ours = 0;
+  double platform = 0;  // what the platform calls in it take alone
+  double peers = 0;
 
   // What is left of our time beside the platform calls, for the peer's.
   double Ratio() const { return (ours - platform) / peers; }
 };
 
+struct Figure {
+  std::string family;
+  Task task;
+  std::string peer;
+  Times times;
+  Times narrow;  // from a run in which the C library kept to vectors of 128 bits; 0 without one
+  unsigned long allocations = 0;
+  unsigned long peersAllocations = 0;
+};
+
 const std::vector<Figure>& Figures();
+
+// Writes the times to a file, or takes them from a file as those of the narrow run.
+void SaveTimes(const std::string& path);
+void TakeNarrowTimes(const std::string& path);
 
 // Whether there is anything to time: otherwise only the answers are compared.
 inline bool timing = true;

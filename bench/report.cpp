@@ -30,19 +30,23 @@ class Line {
   }
   void Take(const Figure& figure) { figures_.push_back(figure); }
 
-  double Mean(double Figure::*time) const {
-    double sum = 0;
-    for (const auto& figure : figures_) sum += figure.*time;
-    return sum / static_cast<double>(figures_.size());
+  // Over the whole sweep.
+  Times Mean(Times Figure::*run) const {
+    Times mean;
+    const auto count = static_cast<double>(figures_.size());
+    for (const auto& figure : figures_) {
+      const auto& [ours, platform, peers] = figure.*run;
+      mean.ours += ours / count;
+      mean.platform += platform / count;
+      mean.peers += peers / count;
+    }
+    return mean;
   }
+
   unsigned long Most(unsigned long Figure::*count) const {
     unsigned long most = 0;
     for (const auto& figure : figures_) most = std::max(most, figure.*count);
     return most;
-  }
-  // Over the whole sweep.
-  double Ratio() const {
-    return (Mean(&Figure::ours) - Mean(&Figure::platform)) / Mean(&Figure::peers);
   }
 
   std::string Input() const {
@@ -52,18 +56,25 @@ class Line {
     return front().task.input.empty() ? sizes : sizes + ", " + front().task.input;
   }
 
-  bool IsLost() const { return Exceeds(Ratio()) || Exceeds(Worst().Ratio()); }
+  bool IsLost(Times Figure::*run = &Figure::times) const {
+    return Exceeds(Mean(run).Ratio()) || Exceeds((Worst(run).*run).Ratio());
+  }
+
+  bool HasNarrow() const { return front().narrow.peers != 0; }
 
   std::string Verdict() const {
     if (front().task.goal == 0) return "stated";
-    if (Exceeds(Ratio())) return "lost";
-    return IsLost() ? "lost at " + std::to_string(Worst().task.size) : "met";
+    if (!IsLost()) return "met";
+    if (HasNarrow() && !IsLost(&Figure::narrow)) return "met at 128 bits";
+    if (Exceeds(Mean(&Figure::times).Ratio())) return "lost";
+    return "lost at " + std::to_string(Worst(&Figure::times).task.size);
   }
 
   // The length of a sweep with the highest ratio.
   std::string WorstText() const {
     if (figures_.size() == 1) return "";
-    return Text("%.2f at %zu", Worst().Ratio(), Worst().task.size);
+    const auto& worst = Worst(&Figure::times);
+    return Text("%.2f at %zu", worst.times.Ratio(), worst.task.size);
   }
 
   template <class... Arguments>
@@ -82,9 +93,10 @@ class Line {
   }
 
  private:
-  const Figure& Worst() const {
-    return *std::max_element(figures_.begin(), figures_.end(),
-                             [](const auto& a, const auto& b) { return a.Ratio() < b.Ratio(); });
+  const Figure& Worst(Times Figure::*run) const {
+    return *std::max_element(figures_.begin(), figures_.end(), [=](const auto& a, const auto& b) {
+      return (a.*run).Ratio() < (b.*run).Ratio();
+    });
   }
 
   // By the two decimals that are printed.
@@ -129,19 +141,20 @@ std::vector<Line> Lines() {
 
 using Row = std::vector<std::string>;
 
-const Row kTitles = {"operation", "input", "ours",        "platform", "peer",   "peer's time",
-                     "ratio",     "worst", "allocations", "goal",     "outcome"};
+const Row kTitles = {"operation", "input",       "ours",  "platform",    "peer", "peer's time",
+                     "ratio",     "at 128 bits", "worst", "allocations", "goal", "outcome"};
 
 Row RowOf(const Line& line) {
   const auto& figure = line.front();
-  const double platform = line.Mean(&Figure::platform);
+  const Times times = line.Mean(&Figure::times);
   return {figure.task.operation,
           line.Input(),
-          Time(line.Mean(&Figure::ours)),
-          platform == 0 ? "" : Time(platform),
+          Time(times.ours),
+          times.platform == 0 ? "" : Time(times.platform),
           figure.peer,
-          Time(line.Mean(&Figure::peers)),
-          Line::Text("%.2f", line.Ratio()),
+          Time(times.peers),
+          Line::Text("%.2f", times.Ratio()),
+          line.HasNarrow() ? Line::Text("%.2f", line.Mean(&Figure::narrow).Ratio()) : "",
           line.WorstText(),
           Line::Text("%lu : %lu", line.Most(&Figure::allocations),
                      line.Most(&Figure::peersAllocations)),
@@ -180,7 +193,7 @@ double TimeOf(const Curve& curve, std::size_t count) {
   for (const auto& figure : Figures()) {
     const auto& task = figure.task;
     if (task.operation == curve.operation && task.input == curve.input && task.size == count) {
-      return figure.ours;
+      return figure.times.ours;
     }
   }
   return 0;
@@ -251,6 +264,12 @@ can. A change of a list is taken back in the same piece of work, and a text to b
 first, on both sides and in both times. PCRE2 and nettle take part where a library of the program's
 width is installed. A vector of strings knows its count, so it has no row beside
 `utMultiAsciizStringCount`.
+
+The C library picks its functions by the processor: at 64 bits those with vectors of 256 or 512 bits
+where there are any, while at 32 bits it has none above 128, which are also all that TAVKIT
+takes for granted. So a 64-bit run is made once more with the C library held to 128 bits: `at 128
+bits` is the ratio there, the nearer one to a 32-bit program. A row lost against the wide vectors
+alone says so.
 
 )";
   out << "## Rows that are lost\n\n";
