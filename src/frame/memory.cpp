@@ -90,12 +90,8 @@ void FillEnds(BYTE* to, __m128i bytes, DWORD count) {
 void FillFew(BYTE* to, __m128i bytes, DWORD count) {
   if (count >= 8) {
     FillEnds<uint64_t>(to, bytes, count);
-  } else if (count >= 4) {
+  } else {
     FillEnds<DWORD>(to, bytes, count);
-  } else if (count >= 2) {
-    FillEnds<WORD>(to, bytes, count);
-  } else if (count != 0) {
-    *to = ReadValue<BYTE>(&bytes);
   }
 }
 
@@ -149,7 +145,12 @@ void* memmove(void* dest, const void* source, size_t count) {
 void* memcpy(void* dest, const void* source, size_t count) { return memmove(dest, source, count); }
 
 void* memset(void* dest, int value, size_t count) {
-  tavkit::FillBytes(dest, static_cast<BYTE>(value), count);
+  if (count >= sizeof(DWORD)) {
+    tavkit::FillBytes(dest, static_cast<BYTE>(value), count);
+    return dest;
+  }
+  auto* to = static_cast<volatile BYTE*>(dest);  // or the compiler would call memset for the loop
+  while (count != 0) to[--count] = static_cast<BYTE>(value);
   return dest;
 }
 

@@ -9,6 +9,7 @@ namespace tavkit {
 // The two ranges may overlap.
 void MoveBytes(void* pDest, const void* pSource, DWORD count);
 
+// Of four bytes or more.
 void FillBytes(void* pDest, BYTE value, DWORD count);
 inline void ZeroBytes(void* pDest, DWORD count) { FillBytes(pDest, 0, count); }
 

@@ -60,7 +60,7 @@ uintptr_t NextBlock(uintptr_t block, __m128i sought) {
   return block % kStride == 0 ? FindStride<Text>(block, sought) : block;
 }
 
-// The units of a text at an odd address are cut by the blocks.
+// The units of a text at an odd address are cut by the blocks; bytes never are.
 template <class Text>
 bool IsCut(const Char<Text>* psz) {
   return reinterpret_cast<uintptr_t>(psz) % Text::kUnit != 0;

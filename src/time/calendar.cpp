@@ -10,21 +10,9 @@ constexpr WORD kMonths = sizeof kMonthLengths;
 
 // The days in front of each month, in a common year and in a leap year. The months past December
 // add nothing.
-struct DaysInFront {
-  WORD ofMonth[2][kMonths + 2] = {};
-
-  constexpr DaysInFront() {
-    for (int isLeap = 0; isLeap <= 1; ++isLeap) {
-      WORD wDays = 0;
-      for (WORD wMonth = 1; wMonth <= kMonths; ++wMonth) {
-        const int leapDays = wMonth == kFebruary ? isLeap : 0;
-        wDays = static_cast<WORD>(wDays + kMonthLengths[wMonth - 1] + leapDays);
-        ofMonth[isLeap][wMonth + 1] = wDays;
-      }
-    }
-  }
-};
-constexpr DaysInFront kDaysInFront;
+constexpr WORD kDaysInFront[2][kMonths + 2] = {
+    {0, 0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334, 365},
+    {0, 0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335, 366}};
 
 }  // namespace
 }  // namespace tavkit
@@ -49,7 +37,7 @@ WORD UT_API utDaysInYear(WORD wYear) { return utIsLeapYear(wYear) ? 366 : 365; }
 
 WORD UT_API utDayOfYear(WORD wYear, WORD wMonth, WORD wDay) {
   const WORD wEnd = wMonth <= tavkit::kMonths ? wMonth : tavkit::kMonths + 1;
-  return static_cast<WORD>(wDay + tavkit::kDaysInFront.ofMonth[utIsLeapYear(wYear)][wEnd]);
+  return static_cast<WORD>(wDay + tavkit::kDaysInFront[utIsLeapYear(wYear)][wEnd]);
 }
 
 // Zeller's congruence. It starts the year in March: January and February are the months 13 and 14
