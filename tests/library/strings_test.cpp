@@ -204,6 +204,7 @@ TYPED_TEST(StringsTest, CountSixteenBitArgumentsByTheirLowHalf) {
   EXPECT_EQ(psz, test::Text<F>("a\\"));
   EXPECT_EQ(test::CallWithWords(F::TruncateAtChar, psz, high | '\\'), psz + 1);
   EXPECT_EQ(psz, test::Text<F>("a"));
+  EXPECT_EQ(F::FindRevChar(psz, 0), psz + 1);  // not the older zero behind it
 }
 
 TYPED_TEST(StringsTest, AnswerNull) {
