@@ -236,8 +236,8 @@ TEST(PrivateSettings, StandBelowTheRootProductBeforeSection) {
   }
 }
 
-// Every setting call with the given parts of the path; returns the results and what the calls left in
-// the caller's variables.
+// Every setting call with the given parts of the path; returns the results and what the calls left
+// in the caller's variables.
 std::vector<DWORD> CallAll(const char* s, const char* p) {
   DWORD type = 111, size = 0;
   char buffer[4] = "???";
