@@ -1,5 +1,5 @@
-// Times the exports of TAVKIT beside their peers, and prints a table. With the harness's own options
-// tests can be picked by family, and samples by number; --help lists all of them.
+// Times the exports of TAVKIT beside their peers, and prints a table. With the harness's own
+// options tests can be picked by family, and samples by number; --help lists all of them.
 #define CATCH_CONFIG_RUNNER
 #include "measure.h"
 

@@ -31,7 +31,7 @@ class Line {
   void Take(const Figure& figure) { figures_.push_back(figure); }
 
   // Over the whole sweep.
-  Times Mean(Times Figure::*run) const {
+  Times Mean(Times Figure::* run) const {
     Times mean;
     const auto count = static_cast<double>(figures_.size());
     for (const auto& figure : figures_) {
@@ -43,7 +43,7 @@ class Line {
     return mean;
   }
 
-  unsigned long Most(unsigned long Figure::*count) const {
+  unsigned long Most(unsigned long Figure::* count) const {
     unsigned long most = 0;
     for (const auto& figure : figures_) most = std::max(most, figure.*count);
     return most;
@@ -56,7 +56,7 @@ class Line {
     return front().task.input.empty() ? sizes : sizes + ", " + front().task.input;
   }
 
-  bool IsLost(Times Figure::*run = &Figure::times) const {
+  bool IsLost(Times Figure::* run = &Figure::times) const {
     return Exceeds(Mean(run).Ratio()) || Exceeds((Worst(run).*run).Ratio());
   }
 
@@ -93,7 +93,7 @@ class Line {
   }
 
  private:
-  const Figure& Worst(Times Figure::*run) const {
+  const Figure& Worst(Times Figure::* run) const {
     return *std::max_element(figures_.begin(), figures_.end(), [=](const auto& a, const auto& b) {
       return (a.*run).Ratio() < (b.*run).Ratio();
     });
@@ -249,20 +249,20 @@ void WritePage(std::ostream& out, const Run& run) {
       << "\n- Compiler: " << run.compiler
       << "\n- Size of TAVKIT.DLL: " << Line::Grouped(run.dllSize) << R"( bytes
 
-Each row is one piece of work, done by an export and by a peer in the same process: what a user would
-pick instead. Both give the same answer, which is checked first. They are timed in turn, and the
-shortest of the samples counts, so that what else the machine does stays out. `ratio` is our time for
-the peer's, and `outcome` compares it with the goal. Where characters of the code page are stepped
-over, the platform's own calls (`platform`) are taken off our time first. A row of a sweep, 0 to 32,
-has the mean times, the ratio over all of it, and as `worst` the length with the highest ratio; it is
-lost if any length is. `allocations` is ours : the peer's, for the work done once; in a sweep, the
-most.
+Each row is one piece of work, done by an export and by a peer in the same process: what a user
+would pick instead. Both give the same answer, which is checked first. They are timed in turn, and
+the shortest of the samples counts, so that what else the machine does stays out. `ratio` is our
+time for the peer's, and `outcome` compares it with the goal. Where characters of the code page are
+stepped over, the platform's own calls (`platform`) are taken off our time first. A row of a sweep,
+0 to 32, has the mean times, the ratio over all of it, and as `worst` the length with the highest
+ratio; it is lost if any length is. `allocations` is ours : the peer's, for the work done once; in a
+sweep, the most.
 
 Each export is called through an address, as a program calls an imported function. A peer marked
 `called` stands in a function of its own; the compiler works the others into their callers where it
-can. A change of a list is taken back in the same piece of work, and a text to be trimmed is put back
-first, on both sides and in both times. PCRE2 and nettle take part where a library of the program's
-width is installed. A vector of strings knows its count, so it has no row beside
+can. A change of a list is taken back in the same piece of work, and a text to be trimmed is put
+back first, on both sides and in both times. PCRE2 and nettle take part where a library of the
+program's width is installed. A vector of strings knows its count, so it has no row beside
 `utMultiAsciizStringCount`.
 
 The C library picks its functions by the processor: at 64 bits those with vectors of 256 or 512 bits
@@ -297,7 +297,8 @@ void WritePlot(std::ostream& out, const Run& run) {
   // Both axes are logarithmic: 10 to 100,000 strings, 0.1 to 1,000 ns.
   const auto x = [](double count) { return 70 + 120 * (std::log10(count) - 1); };
   const auto y = [](double time) { return 340 - 75 * (std::log10(time) + 1); };
-  out << R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 800 400" font-family="sans-serif" font-size="12">
+  out << R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 800 400"
+ font-family="sans-serif" font-size="12">
 <rect width="800" height="400" fill="white"/>
 <text x="70" y="20" font-size="14">Time for each string of a list, by its length</text>
 )";

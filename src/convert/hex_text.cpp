@@ -1,4 +1,4 @@
-// Bytes as hexadecimal text and back, sixteen bytes a step as long as there are as many, then eight.
+// Bytes as hexadecimal text and back, sixteen bytes a step where there are as many, then eight.
 #include <emmintrin.h>
 #include <tavkit/convert.h>
 

@@ -1,4 +1,4 @@
-// Finds zero units in text of any length, sixteen bytes a step, and sixty-four where a list goes on.
+// Finds zero units in text of any length, sixteen bytes a step, sixty-four where a list goes on.
 #ifndef TAVKIT_MULTIASCIIZ_ZEROS_H
 #define TAVKIT_MULTIASCIIZ_ZEROS_H
 

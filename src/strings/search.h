@@ -1,5 +1,5 @@
-// Searches for units of text, sixteen bytes a step, and sixty-four where nothing is to be found. They
-// become the bodies of exports, which all else calls by Text::Find and Text::End.
+// Searches for units of text, sixteen bytes a step, and sixty-four where nothing is to be found.
+// They become the bodies of exports, which all else calls by Text::Find and Text::End.
 #ifndef TAVKIT_STRINGS_SEARCH_H
 #define TAVKIT_STRINGS_SEARCH_H
 

@@ -47,8 +47,8 @@ inline DWORD utSizeServerNameW(LPCWSTR pszServer, INT nForm) {
   return SizeServerName<WideText>(pszServer, nForm);
 }
 
-// Writes a server name without its own leading backslashes behind a prefix of backslashes, and tells
-// where it ends.
+// Writes a server name without its own leading backslashes behind a prefix of backslashes, and
+// tells where it ends.
 template <class Text>
 Char<Text>* WriteServer(Char<Text>* pszOut, DWORD cbPrefix, const Char<Text>* pszServer) {
   Char<Text>* pszBehind = pszOut + cbPrefix / Text::kUnit;

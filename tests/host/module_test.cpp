@@ -281,9 +281,9 @@ TEST_F(ModuleTest, RefusesAThousandChangedFiles) {
   }
 }
 
-// The same with a checksum that matches, or none, so that the checks in front of it are on their own.
-// What is taken nevertheless, with a changed timestamp for example, has all its exports in readable
-// pages.
+// The same with a checksum that matches, or none, so that the checks in front of it are on their
+// own. What is taken nevertheless, with a changed timestamp for example, has all its exports in
+// readable pages.
 PROPERTY(ModuleLoader, SurvivesChangedTables, 1000) {
   static const Bytes dll = ShippedDll();
   static const Places at(dll);
