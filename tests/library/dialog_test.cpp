@@ -101,6 +101,9 @@ PROPERTY(StringResource, SetsTheTextOfAWindowOrAControl, 40) {
       EXPECT_EQ(text, isSet ? std::string(std::min(length, 255u), 't') : "old");
     }
   }
+  host::FailCall(1, 5);  // the platform gives a length and stores nothing
+  EXPECT_EQ(utSetWindowStringRes(hDlg, hModule, idString), -9);
+  EXPECT_EQ(host::WindowOf(hDlg).text, "");
 }
 
 // The platform calls that each function has to make on a dialog, of which the n-th fails.
