@@ -36,13 +36,18 @@ class GuardedBuffer {
       : size_(size), room_((size / kPage + 1) * kPage), pages_(TakePages(room_)) {
     std::memset(pages_ + kPage, kPattern, room_);
     data_ = pages_ + kPage + (guard == Guard::kBehind ? room_ - size : 0);
+    std::memset(data_ - ZerosInFront(), 0, ZerosInFront());
   }
   explicit GuardedBuffer(const std::vector<unsigned char>& bytes, Guard guard = Guard::kBehind)
       : GuardedBuffer(bytes.size(), guard) {
     Set(bytes);
   }
   ~GuardedBuffer() {
-    if (!IsPattern(pages_ + kPage, data_)) OnOverrun()("a byte in front of the buffer was written");
+    constexpr unsigned char kZeros[kZeroBytes] = {};
+    auto* zeros = data_ - ZerosInFront();
+    if (!IsPattern(pages_ + kPage, zeros) || std::memcmp(zeros, kZeros, ZerosInFront()) != 0) {
+      OnOverrun()("a byte in front of the buffer was written");
+    }
     if (!IsPattern(data_ + size_, pages_ + kPage + room_)) {
       OnOverrun()("a byte behind the buffer was written");
     }
@@ -68,6 +73,13 @@ class GuardedBuffer {
 
  private:
   static constexpr std::size_t kPage = 4096;
+  static constexpr std::size_t kZeroBytes = 2;
+
+  // What stands in front of a buffer ends with a zero of either form, which a search that reads
+  // more than it was given must not take for one of the buffer's.
+  std::size_t ZerosInFront() const {
+    return std::min<std::size_t>(kZeroBytes, data_ - (pages_ + kPage));
+  }
 
   static bool IsPattern(const unsigned char* from, const unsigned char* to) {
     // Each byte equals the one behind it, and one of them the pattern.

@@ -26,16 +26,19 @@ class Ground {
   using String = std::basic_string<Char>;
   static constexpr DWORD kUnit = sizeof(Char);
 
-  // Puts a block of at most 512 bytes; everything in front of it holds the pattern.
+  // Puts a block of at most 512 bytes; two zeros stand in front of it, and the pattern before them.
   Char* Put(const Bytes& block) {
     memory_.Refill();
+    std::fill_n(Start(block) - 2, 2, 0);
     std::copy(block.begin(), block.end(), Start(block));
     return reinterpret_cast<Char*>(Start(block));
   }
   // Whether the block that was put is this one now, and nothing in front of it was written.
   bool Holds(const Bytes& block) {
-    return std::equal(block.begin(), block.end(), Start(block)) &&
-           std::all_of(memory_.data(), Start(block), [](auto byte) { return byte == kPattern; });
+    auto expected = Pattern(memory_.size() - block.size() - 2);
+    expected.resize(expected.size() + 2);
+    expected.insert(expected.end(), block.begin(), block.end());
+    return memory_.Bytes() == expected;
   }
 
  private:
@@ -43,7 +46,7 @@ class Ground {
     return memory_.data() + memory_.size() - block.size();
   }
 
-  GuardedBuffer memory_{512};
+  GuardedBuffer memory_{514};
 };
 
 }  // namespace test
