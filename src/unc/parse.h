@@ -15,7 +15,7 @@ inline constexpr WORD kBackslash = '\\';
 template <class Text>
 Char<Text>* CopyToEnd(Char<Text>* pszEnd, const Char<Text>* psz) {
   const DWORD size = StringSize<Text>(psz, false);
-  CopyMakeAsciiz<Text>(psz, size, pszEnd, UT_SIZE_UNCHECKED);
+  Text::CopyCounted(psz, size, pszEnd, UT_SIZE_UNCHECKED);
   return pszEnd + size / Text::kUnit;
 }
 
@@ -108,9 +108,9 @@ DWORD BreakUncName(const Char<Text>* pszName, Char<Text>* pszServer, DWORD cbSer
   const DWORD server = ComponentSize<Text>(parts.pszServer, parts.pszResourceSeparator);
   const DWORD resource = ComponentSize<Text>(parts.pszResource, parts.pszPathSeparator);
   const DWORD path = ComponentSize<Text>(parts.pszPath, nullptr);
-  CopyMakeAsciiz<Text>(parts.pszServer, server, pszServer, cbServer);
-  CopyMakeAsciiz<Text>(parts.pszResource, resource, pszResource, cbResource);
-  CopyMakeAsciiz<Text>(parts.pszPath, path, pszPath, cbPath);
+  Text::CopyCounted(parts.pszServer, server, pszServer, cbServer);
+  Text::CopyCounted(parts.pszResource, resource, pszResource, cbResource);
+  Text::CopyCounted(parts.pszPath, path, pszPath, cbPath);
   return UncBits(server != 0, resource != 0, path != 0);
 }
 
