@@ -1,4 +1,4 @@
-// Moves of many bytes and fills of any size: in steps of sixteen, with a last part that overlaps the
+// Moves of many bytes and fills of any size, in steps of sixteen and a last part that overlaps the
 // step before it. Nothing is read or written outside the ranges.
 #include "frame/memory.h"
 

@@ -20,7 +20,8 @@ void WriteValue(void* pDest, const T& value) {
   __builtin_memcpy(pDest, &value, sizeof value);
 }
 
-// A move as two parts that meet or overlap. Both are read before either is written, as the ranges may overlap.
+// A move as two parts that meet or overlap. Both are read before either is written, as the ranges
+// may overlap.
 template <class Part>
 void MoveEnds(BYTE* to, const BYTE* from, DWORD count) {
   const DWORD last = count - sizeof(Part);
