@@ -1,6 +1,5 @@
-// Moves and fills of any size. A few bytes go as two parts that meet or overlap, more of them in
-// steps of sixteen and a last part that overlaps the step before it. Nothing is read or written
-// outside the ranges.
+// Moves of many bytes and fills of any size, in steps of sixteen and a last part that overlaps the
+// step before it. Nothing is read or written outside the ranges.
 #include "frame/memory.h"
 
 #include <emmintrin.h>
@@ -13,29 +12,7 @@ constexpr DWORD kStep = sizeof(__m128i);
 __m128i Load(const BYTE* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
 void Store(BYTE* p, __m128i bytes) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), bytes); }
 
-// Both parts are read before either is written, as the ranges may overlap.
-template <class Part>
-void MoveEnds(BYTE* to, const BYTE* from, DWORD count) {
-  const DWORD last = count - sizeof(Part);
-  const auto firstPart = ReadValue<Part>(from);
-  const auto lastPart = ReadValue<Part>(from + last);
-  WriteValue(to, firstPart);
-  WriteValue(to + last, lastPart);
-}
-
-void MoveFew(BYTE* to, const BYTE* from, DWORD count) {
-  if (count >= 8) {
-    MoveEnds<uint64_t>(to, from, count);
-  } else if (count >= 4) {
-    MoveEnds<DWORD>(to, from, count);
-  } else if (count >= 2) {
-    MoveEnds<WORD>(to, from, count);
-  } else if (count != 0) {
-    *to = *from;
-  }
-}
-
-// 32 to 64 bytes.
+// Up to 64 bytes.
 void MoveSome(BYTE* to, const BYTE* from, DWORD count) {
   const DWORD last = count - kStep;
   const __m128i a = Load(from), b = Load(from + kStep);
@@ -97,14 +74,8 @@ void FillFew(BYTE* to, __m128i bytes, DWORD count) {
 
 }  // namespace
 
-void MoveBytes(void* pDest, const void* pSource, DWORD count) {
-  auto* to = static_cast<BYTE*>(pDest);
-  auto* from = static_cast<const BYTE*>(pSource);
-  if (count < kStep) {
-    MoveFew(to, from, count);
-  } else if (count <= 2 * kStep) {
-    MoveEnds<__m128i>(to, from, count);
-  } else if (count <= 4 * kStep) {
+void MoveMany(BYTE* to, const BYTE* from, DWORD count) {
+  if (count <= 4 * kStep) {
     MoveSome(to, from, count);
   } else if (reinterpret_cast<uintptr_t>(to) - reinterpret_cast<uintptr_t>(from) >= count) {
     if (IsForProcessor(to, from, count)) return MoveByProcessor(to, from, count);

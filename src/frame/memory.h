@@ -2,16 +2,10 @@
 #ifndef TAVKIT_FRAME_MEMORY_H
 #define TAVKIT_FRAME_MEMORY_H
 
+#include <emmintrin.h>
 #include <tavkit/types.h>
 
 namespace tavkit {
-
-// The two ranges may overlap.
-void MoveBytes(void* pDest, const void* pSource, DWORD count);
-
-// Of four bytes or more.
-void FillBytes(void* pDest, BYTE value, DWORD count);
-inline void ZeroBytes(void* pDest, DWORD count) { FillBytes(pDest, 0, count); }
 
 // One value at any address.
 template <class T>
@@ -25,6 +19,43 @@ template <class T>
 void WriteValue(void* pDest, const T& value) {
   __builtin_memcpy(pDest, &value, sizeof value);
 }
+
+// A move as two parts that meet or overlap. Both are read before either is written, as the ranges
+// may overlap.
+template <class Part>
+void MoveEnds(BYTE* to, const BYTE* from, DWORD count) {
+  const DWORD last = count - sizeof(Part);
+  const auto firstPart = ReadValue<Part>(from);
+  const auto lastPart = ReadValue<Part>(from + last);
+  WriteValue(to, firstPart);
+  WriteValue(to + last, lastPart);
+}
+
+void MoveMany(BYTE* to, const BYTE* from, DWORD count);  // above 32 bytes
+
+// The two ranges may overlap. A few bytes are moved in the caller's own code, as a call would take
+// longer than the move.
+inline void MoveBytes(void* pDest, const void* pSource, DWORD count) {
+  auto* to = static_cast<BYTE*>(pDest);
+  auto* from = static_cast<const BYTE*>(pSource);
+  if (count > 2 * sizeof(__m128i)) {
+    MoveMany(to, from, count);
+  } else if (count >= 16) {
+    MoveEnds<__m128i>(to, from, count);
+  } else if (count >= 8) {
+    MoveEnds<uint64_t>(to, from, count);
+  } else if (count >= 4) {
+    MoveEnds<DWORD>(to, from, count);
+  } else if (count >= 2) {
+    MoveEnds<WORD>(to, from, count);
+  } else if (count != 0) {
+    *to = *from;
+  }
+}
+
+// Of four bytes or more.
+void FillBytes(void* pDest, BYTE value, DWORD count);
+inline void ZeroBytes(void* pDest, DWORD count) { FillBytes(pDest, 0, count); }
 
 }  // namespace tavkit
 

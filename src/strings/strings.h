@@ -138,20 +138,8 @@ DWORD StringSize(const Char<Text>* psz, bool withTerminator) {
 }
 
 template <class Text>
-bool CopyMakeAsciiz(const void* pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest) {
-  if (!IsBuffer(pszDest, cbDest, Text::kUnit)) return false;
-  DWORD count = pSource == nullptr ? 0 : cbSource;
-  // UT_SIZE_UNCHECKED is the largest number, so it cuts nothing.
-  if (count > cbDest - Text::kUnit) count = cbDest - Text::kUnit;
-  MoveBytes(pszDest, pSource, count);
-  // The terminator stands at a whole unit, over the half one that an odd count ends with.
-  Text::Store(pszDest + count / Text::kUnit, 0);
-  return true;
-}
-
-template <class Text>
 bool CopyString(const Char<Text>* pszSource, Char<Text>* pszDest, DWORD cbDest) {
-  return CopyMakeAsciiz<Text>(pszSource, StringSize<Text>(pszSource, true), pszDest, cbDest);
+  return Text::CopyCounted(pszSource, StringSize<Text>(pszSource, true), pszDest, cbDest);
 }
 
 template <class Text>

@@ -31,6 +31,10 @@ struct ByteText {
   static Char* Find(const Char* psz, WORD wChar) { return utFindChar(psz, wChar); }
   static Char* End(const Char* psz) { return utCharNull(psz); }
 
+  static bool CopyCounted(const void* pSource, DWORD cbSource, Char* pszDest, DWORD cbDest) {
+    return utCopyMakeAsciiz(pSource, cbSource, pszDest, cbDest) != 0;
+  }
+
   // Bytes in front of the terminator.
   static DWORD Length(const Char* psz) { return static_cast<DWORD>(lstrlenA(psz)); }
 
@@ -62,6 +66,10 @@ struct WideText {
 
   static Char* Find(const Char* psz, WORD wChar) { return utFindCharW(psz, wChar); }
   static Char* End(const Char* psz) { return utCharNullW(psz); }
+
+  static bool CopyCounted(const void* pSource, DWORD cbSource, Char* pszDest, DWORD cbDest) {
+    return utCopyMakeAsciizW(pSource, cbSource, pszDest, cbDest) != 0;
+  }
 
   static DWORD Length(const Char* psz);
   static void Copy(Char* pszDest, const Char* pszSource);

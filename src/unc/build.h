@@ -107,7 +107,7 @@ template <class Text>
 bool CopyUpTo(const Char<Text>* pszName, const Char<Text>* pszSeparator, Char<Text>* pszOut,
               DWORD cbOut) {
   if (pszSeparator == nullptr) return CopyString<Text>(pszName, pszOut, cbOut);
-  return CopyMakeAsciiz<Text>(pszName, StretchSize<Text>(pszName, pszSeparator), pszOut, cbOut);
+  return Text::CopyCounted(pszName, StretchSize<Text>(pszName, pszSeparator), pszOut, cbOut);
 }
 
 template <class Text>

@@ -15,7 +15,7 @@ inline constexpr WORD kBackslash = '\\';
 template <class Text>
 Char<Text>* CopyToEnd(Char<Text>* pszEnd, const Char<Text>* psz) {
   const DWORD size = StringSize<Text>(psz, false);
-  CopyMakeAsciiz<Text>(psz, size, pszEnd, UT_SIZE_UNCHECKED);
+  Text::CopyCounted(psz, size, pszEnd, UT_SIZE_UNCHECKED);
   return pszEnd + size / Text::kUnit;
 }
 
@@ -100,6 +100,16 @@ DWORD ComponentSize(const Char<Text>* pszComponent, const Char<Text>* pszSeparat
                                  : StretchSize<Text>(pszComponent, pszSeparator);
 }
 
+// Copies a component as far as it fits. One without a start leaves an empty string.
+template <class Text>
+void CopyComponent(const Char<Text>* psz, DWORD cb, Char<Text>* pszOut, DWORD cbOut) {
+  if (psz != nullptr) {
+    Text::CopyCounted(psz, cb, pszOut, cbOut);
+  } else if (IsBuffer(pszOut, cbOut, Text::kUnit)) {
+    Text::Store(pszOut, 0);
+  }
+}
+
 template <class Text>
 DWORD BreakUncName(const Char<Text>* pszName, Char<Text>* pszServer, DWORD cbServer,
                    Char<Text>* pszResource, DWORD cbResource, Char<Text>* pszPath, DWORD cbPath) {
@@ -108,9 +118,9 @@ DWORD BreakUncName(const Char<Text>* pszName, Char<Text>* pszServer, DWORD cbSer
   const DWORD server = ComponentSize<Text>(parts.pszServer, parts.pszResourceSeparator);
   const DWORD resource = ComponentSize<Text>(parts.pszResource, parts.pszPathSeparator);
   const DWORD path = ComponentSize<Text>(parts.pszPath, nullptr);
-  CopyMakeAsciiz<Text>(parts.pszServer, server, pszServer, cbServer);
-  CopyMakeAsciiz<Text>(parts.pszResource, resource, pszResource, cbResource);
-  CopyMakeAsciiz<Text>(parts.pszPath, path, pszPath, cbPath);
+  CopyComponent<Text>(parts.pszServer, server, pszServer, cbServer);
+  CopyComponent<Text>(parts.pszResource, resource, pszResource, cbResource);
+  CopyComponent<Text>(parts.pszPath, path, pszPath, cbPath);
   return UncBits(server != 0, resource != 0, path != 0);
 }
 

@@ -1,8 +1,10 @@
-#include <tavkit/strings.h>
-
 #include "frame/memory.h"
+#include "strings/strings.h"
 #include "xbuf/xbuf.h"
 
+using tavkit::ByteText;
+using tavkit::StringSize;
+using tavkit::WideText;
 using tavkit::XBuf;
 
 namespace {
@@ -89,11 +91,11 @@ BOOL UT_API utXBufCopyTo(HXBUF hXBuf, WORD wSide, LPCVOID pSource, DWORD cbSourc
 }
 
 BOOL UT_API utXBufCopyStringTo(HXBUF hXBuf, WORD wSide, LPCSTR pszSource, LPVOID* ppBlock) {
-  return utXBufCopyTo(hXBuf, wSide, pszSource, utStringSize(pszSource, TRUE), ppBlock);
+  return utXBufCopyTo(hXBuf, wSide, pszSource, StringSize<ByteText>(pszSource, true), ppBlock);
 }
 
 BOOL UT_API utXBufCopyWideStringTo(HXBUF hXBuf, WORD wSide, LPCWSTR pwszSource, LPVOID* ppBlock) {
-  return utXBufCopyTo(hXBuf, wSide, pwszSource, utStringSizeW(pwszSource, TRUE), ppBlock);
+  return utXBufCopyTo(hXBuf, wSide, pwszSource, StringSize<WideText>(pwszSource, true), ppBlock);
 }
 
 BOOL UT_API utXBufSetSpaceUsed(HXBUF hXBuf, DWORD cbFront, DWORD cbBack) {

@@ -1,9 +1,9 @@
 // NETRESOURCE records, measured and flattened: each operation one template over the two forms.
 #include <tavkit/netresource.h>
-#include <tavkit/strings.h>
 
 #include "frame/buffer_size.h"
 #include "frame/memory.h"
+#include "strings/strings.h"
 
 namespace tavkit {
 namespace {
@@ -15,7 +15,7 @@ void utFlattenNETRESOURCEW(const NETRESOURCEW* pResource, HXBUF hXBuf, DWORD dwM
 struct ByteResource {
   using Record = NETRESOURCEA;
   using String = LPSTR;
-  static constexpr auto* StringSize = &utStringSize;
+  using Text = ByteText;
   static constexpr auto* CopyStringTo = &utXBufCopyStringTo;
   static constexpr auto* Flatten = &utFlattenNETRESOURCE;
 };
@@ -23,7 +23,7 @@ struct ByteResource {
 struct WideResource {
   using Record = NETRESOURCEW;
   using String = LPWSTR;
-  static constexpr auto* StringSize = &utStringSizeW;
+  using Text = WideText;
   static constexpr auto* CopyStringTo = &utXBufCopyWideStringTo;
   static constexpr auto* Flatten = &utFlattenNETRESOURCEW;
 };
@@ -57,10 +57,10 @@ DWORD VarSize(const Record<Form>* pResource, DWORD dwMask) {
   if (pResource == nullptr) return 0;
   const auto taken = TakeFields<Form>(pResource, dwMask);
   // A NULL string has the size 0.
-  DWORD cbStrings = Form::StringSize(taken.lpLocalName, TRUE);
-  cbStrings = AddSizes(cbStrings, Form::StringSize(taken.lpRemoteName, TRUE));
-  cbStrings = AddSizes(cbStrings, Form::StringSize(taken.lpComment, TRUE));
-  return AddSizes(cbStrings, Form::StringSize(taken.lpProvider, TRUE));
+  DWORD cbStrings = StringSize<typename Form::Text>(taken.lpLocalName, true);
+  cbStrings = AddSizes(cbStrings, StringSize<typename Form::Text>(taken.lpRemoteName, true));
+  cbStrings = AddSizes(cbStrings, StringSize<typename Form::Text>(taken.lpComment, true));
+  return AddSizes(cbStrings, StringSize<typename Form::Text>(taken.lpProvider, true));
 }
 
 template <class Form>
