@@ -1,24 +1,8 @@
+#include "strings/counted_copy.h"
 #include "strings/search.h"
 #include "strings/strings.h"
 
 using namespace tavkit;
-
-namespace {
-
-// The body of the exports that all else calls by Text::CopyCounted.
-template <class Text>
-bool CopyMakeAsciiz(const void* pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest) {
-  if (!IsBuffer(pszDest, cbDest, Text::kUnit)) return false;
-  DWORD count = pSource == nullptr ? 0 : cbSource;
-  // UT_SIZE_UNCHECKED is the largest number, so it cuts nothing.
-  if (count > cbDest - Text::kUnit) count = cbDest - Text::kUnit;
-  MoveBytes(pszDest, pSource, count);
-  // The terminator stands at a whole unit, over the half one that an odd count ends with.
-  Text::Store(pszDest + count / Text::kUnit, 0);
-  return true;
-}
-
-}  // namespace
 
 LPSTR UT_API utCharNext(LPCSTR psz) { return CharNext<ByteText>(psz); }
 LPWSTR UT_API utCharNextW(LPCWSTR psz) { return CharNext<WideText>(psz); }
