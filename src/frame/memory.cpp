@@ -12,49 +12,23 @@ constexpr DWORD kStep = sizeof(__m128i);
 __m128i Load(const BYTE* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
 void Store(BYTE* p, __m128i bytes) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), bytes); }
 
-// Up to 64 bytes.
-void MoveSome(BYTE* to, const BYTE* from, DWORD count) {
-  const DWORD last = count - kStep;
-  const __m128i a = Load(from), b = Load(from + kStep);
-  const __m128i c = Load(from + last - kStep), d = Load(from + last);
-  Store(to, a);
-  Store(to + kStep, b);
-  Store(to + last - kStep, c);
-  Store(to + last, d);
-}
-
-DWORD Misalignment(const BYTE* p) { return reinterpret_cast<uintptr_t>(p) % kStep; }
-
-// The processor's own copy starts slowly, and crawls where the target is close below the source.
-bool IsForProcessor(const BYTE* to, const BYTE* from, DWORD count) {
-  return count >= 2048 &&
-         reinterpret_cast<uintptr_t>(from) - reinterpret_cast<uintptr_t>(to) >= 4 * kStep;
-}
-
-void MoveByProcessor(BYTE* to, const BYTE* from, DWORD count) {
-  uintptr_t left = count;
-  asm volatile("rep movsb" : "+D"(to), "+S"(from), "+c"(left) : : "memory");
-}
-
-// For a target below the source, or clear of it. The ends are read while they still are what they
-// were, and what lies between them is written to aligned addresses.
+// For a target below the source, or clear of it. The end is read while it still is what it was.
 void MoveUpward(BYTE* to, const BYTE* from, DWORD count) {
-  const __m128i first = Load(from), last = Load(from + (count - kStep));
-  DWORD at = kStep - Misalignment(to);
+  const DWORD end = count - kStep;
+  const __m128i last = Load(from + end);
 #pragma clang loop unroll_count(4)
-  for (; count - at > kStep; at += kStep) Store(to + at, Load(from + at));
-  Store(to, first);
-  Store(to + (count - kStep), last);
+  for (DWORD at = 0; at < end; at += kStep) Store(to + at, Load(from + at));
+  Store(to + end, last);
 }
 
 // For a target that begins inside the source.
 void MoveDownward(BYTE* to, const BYTE* from, DWORD count) {
-  const __m128i first = Load(from), last = Load(from + (count - kStep));
-  DWORD end = count - Misalignment(to + count);
+  const __m128i first = Load(from);
 #pragma clang loop unroll_count(4)
-  for (; end > kStep; end -= kStep) Store(to + end - kStep, Load(from + end - kStep));
+  for (DWORD end = count; end > kStep; end -= kStep) {
+    Store(to + end - kStep, Load(from + end - kStep));
+  }
   Store(to, first);
-  Store(to + (count - kStep), last);
 }
 
 template <class Part>
@@ -75,10 +49,8 @@ void FillFew(BYTE* to, __m128i bytes, DWORD count) {
 }  // namespace
 
 void MoveMany(BYTE* to, const BYTE* from, DWORD count) {
-  if (count <= 4 * kStep) {
-    MoveSome(to, from, count);
-  } else if (reinterpret_cast<uintptr_t>(to) - reinterpret_cast<uintptr_t>(from) >= count) {
-    if (IsForProcessor(to, from, count)) return MoveByProcessor(to, from, count);
+  // One unsigned comparison: a target below the source, or behind its end, is moved upward.
+  if (reinterpret_cast<uintptr_t>(to) - reinterpret_cast<uintptr_t>(from) >= count) {
     MoveUpward(to, from, count);
   } else {
     MoveDownward(to, from, count);
@@ -92,10 +64,10 @@ void FillBytes(void* pDest, BYTE value, DWORD count) {
     FillFew(to, bytes, count);
     return;
   }
-  Store(to, bytes);
+  const DWORD end = count - kStep;
 #pragma clang loop unroll_count(4)
-  for (DWORD at = kStep - Misalignment(to); count - at > kStep; at += kStep) Store(to + at, bytes);
-  Store(to + (count - kStep), bytes);
+  for (DWORD at = 0; at < end; at += kStep) Store(to + at, bytes);
+  Store(to + end, bytes);
 }
 
 }  // namespace tavkit
