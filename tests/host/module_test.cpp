@@ -164,6 +164,8 @@ TEST_F(ModuleTest, NamesWhatIsTwisted) {
   const auto relocations = pointed(at_.Directory(pe::kRelocations));
   const auto functions = pointed(exports + offsetof(Exports, functions));
   const auto names = pointed(exports + offsetof(Exports, names));
+  const auto ordinals = pointed(exports + offsetof(Exports, nameOrdinals));
+  const auto count = Get<std::uint32_t>(dll_, exports + offsetof(Exports, functionCount));
   const auto exportsRva = Get<std::uint32_t>(dll_, at_.Directory(pe::kExports));
   const auto dataRva = Get<std::uint32_t>(dll_, at_.Section(2) + offsetof(Section, rva));
   const struct {
@@ -228,6 +230,7 @@ TEST_F(ModuleTest, NamesWhatIsTwisted) {
       {functions, exportsRva + 4, 4, "forwarder"},
       {functions, dataRva, 4, "outside the code"},
       {exports + offsetof(Exports, nameOrdinals), 0xFFFFFFF0, 4, "ordinal lies outside"},
+      {ordinals, count, 2, "ordinal is out of range"},
       {names, 0xFFFFFF, 4, "export's name"},
       {names + 4, Get<std::uint32_t>(dll_, names), 4, "not sorted"},
   };
