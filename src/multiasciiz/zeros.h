@@ -98,21 +98,35 @@ __attribute__((noinline)) Char<Text>* FindFinalZero(const Char<Text>* pList) {
   return window.Lowest(runEnds);
 }
 
-// How many zero units stand between two places of a text that the blocks don't cut.
+// The zero units of blocks that are text throughout, from one up to another.
 template <class Text>
-DWORD CountZeros(const Char<Text>* pFrom, const Char<Text>* pTo) {
+DWORD CountZerosOfBlocks(uintptr_t block, uintptr_t end) {
   const __m128i zero = _mm_setzero_si128();
-  const auto zerosAt = [=](uintptr_t block) { return EqualUnits(LoadBlock(block), zero, Text{}); };
   __m128i sums = zero;
-  for (uintptr_t block = BlockOf(pFrom); block <= BlockOf(pTo); block += kBlock) {
-    const __m128i ones = _mm_sub_epi8(zero, zerosAt(block));
+  for (; block < end; block += kBlock) {
+    const __m128i ones = _mm_sub_epi8(zero, EqualUnits(LoadBlock(block), zero, Text{}));
     sums = _mm_add_epi32(sums, _mm_sad_epu8(ones, zero));
   }
   const __m128i sum = _mm_add_epi32(sums, _mm_unpackhi_epi64(sums, sums));
-  const DWORD inFront = BitsOf(zerosAt(BlockOf(pFrom))) & ~BitsFrom(pFrom);
-  const DWORD behind = BitsOf(zerosAt(BlockOf(pTo))) & BitsFrom(pTo);
-  const auto others = static_cast<DWORD>(__builtin_popcount(inFront) + __builtin_popcount(behind));
-  return (static_cast<DWORD>(_mm_cvtsi128_si32(sum)) - others) / Text::kUnit;
+  return static_cast<DWORD>(_mm_cvtsi128_si32(sum)) / Text::kUnit;
+}
+
+// The zero units of a block, among those whose bytes are given by a bit each.
+template <class Text>
+DWORD CountZerosAmong(uintptr_t block, DWORD bytes) {
+  const DWORD zeros = BitsOf(EqualUnits(LoadBlock(block), _mm_setzero_si128(), Text{}));
+  return static_cast<DWORD>(__builtin_popcount(zeros & bytes)) / Text::kUnit;
+}
+
+// How many zero units stand between two places of a text that the blocks don't cut. What stands
+// around them in their blocks is another's, who may be writing to it.
+template <class Text>
+DWORD CountZeros(const Char<Text>* pFrom, const Char<Text>* pTo) {
+  const uintptr_t first = BlockOf(pFrom), last = BlockOf(pTo);
+  if (first == last) return CountZerosAmong<Text>(first, BitsFrom(pFrom) & ~BitsFrom(pTo));
+  return CountZerosAmong<Text>(first, BitsFrom(pFrom)) +
+         CountZerosOfBlocks<Text>(first + kBlock, last) +
+         CountZerosAmong<Text>(last, ~BitsFrom(pTo));
 }
 
 // The zero units of a text, one after the other.
