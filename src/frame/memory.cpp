@@ -12,6 +12,17 @@ constexpr DWORD kStep = sizeof(__m128i);
 __m128i Load(const BYTE* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
 void Store(BYTE* p, __m128i bytes) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), bytes); }
 
+// 32 to 64 bytes, all read before any is written.
+void MoveSome(BYTE* to, const BYTE* from, DWORD count) {
+  const DWORD last = count - kStep;
+  const __m128i a = Load(from), b = Load(from + kStep);
+  const __m128i c = Load(from + last - kStep), d = Load(from + last);
+  Store(to, a);
+  Store(to + kStep, b);
+  Store(to + last - kStep, c);
+  Store(to + last, d);
+}
+
 // For a target below the source, or clear of it. The end is read while it still is what it was.
 void MoveUpward(BYTE* to, const BYTE* from, DWORD count) {
   const DWORD end = count - kStep;
@@ -49,6 +60,10 @@ void FillFew(BYTE* to, __m128i bytes, DWORD count) {
 }  // namespace
 
 void MoveMany(BYTE* to, const BYTE* from, DWORD count) {
+  if (count <= 4 * kStep) {
+    MoveSome(to, from, count);
+    return;
+  }
   // One unsigned comparison: a target below the source, or behind its end, is moved upward.
   if (reinterpret_cast<uintptr_t>(to) - reinterpret_cast<uintptr_t>(from) >= count) {
     MoveUpward(to, from, count);
