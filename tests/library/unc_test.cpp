@@ -70,6 +70,8 @@ struct Checks : test::Ground<F> {
         ASSERT_TRUE(this->Holds(Over(Pattern(size), stored))) << text << " into " << cbOut;
       }
     }
+    test::GuardedBuffer front(needed, test::Guard::kInFront);
+    EXPECT_EQ(call(front.template As<Char>(), needed), canStand);
   }
 
   // What a part leaves in a buffer that it is cut to. A whole name comes with a second zero.
