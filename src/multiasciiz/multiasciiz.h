@@ -34,16 +34,10 @@ inline bool InitMultiAsciiz(void* pList, DWORD cbList) {
   return true;
 }
 
-// The final zero.
-template <class Text>
-Char<Text>* FindListEnd(const Char<Text>* pList) {
-  return FindFinalZero<Text>(pList);
-}
-
 template <class Text>
 DWORD MultiAsciizSize(const Char<Text>* pList, bool withFinalZero) {
   if (pList == nullptr) return 0;
-  return Distance(pList, FindListEnd<Text>(pList)) + (withFinalZero ? Text::kUnit : 0);
+  return Distance(pList, FindFinalZero<Text>(pList)) + (withFinalZero ? Text::kUnit : 0);
 }
 
 template <class Text>
@@ -89,14 +83,14 @@ bool AppendAtEnd(const Char<Text>* pszString, const Char<Text>* pList, Char<Text
 template <class Text>
 bool AppendMultiAsciiz(const Char<Text>* pszString, Char<Text>* pList, DWORD cbList) {
   if (IsNullOrEmpty<Text>(pszString)) return true;
-  return AppendAtEnd<Text>(pszString, pList, FindListEnd<Text>(pList), cbList);
+  return AppendAtEnd<Text>(pszString, pList, FindFinalZero<Text>(pList), cbList);
 }
 
 template <class Text>
 Char<Text>* ScanMultiAsciiz(const Char<Text>* pszString, const Char<Text>* pList,
                             bool caseSensitive) {
   if (pList == nullptr) return nullptr;
-  if (IsNullOrEmpty<Text>(pszString)) return FindListEnd<Text>(pList);
+  if (IsNullOrEmpty<Text>(pszString)) return FindFinalZero<Text>(pList);
   for (; Text::Load(pList) != 0; pList = NextAsciiz<Text>(pList)) {
     if (IsSame(pszString, pList, caseSensitive)) return const_cast<Char<Text>*>(pList);
   }
@@ -110,7 +104,7 @@ bool InsertMultiAsciiz(const Char<Text>* pszString, Char<Text>* pInsertAt, Char<
   if (IsNullOrEmpty<Text>(pszString)) return true;
   if (pList == nullptr) return false;
 
-  Char<Text>* pEnd = FindListEnd<Text>(pList);
+  Char<Text>* pEnd = FindFinalZero<Text>(pList);
   const DWORD cbFull = Distance(pList, pEnd) + Text::kUnit;
   const DWORD cbHead = Distance(pList, pInsertAt);
   if (cbHead >= cbFull) return false;
@@ -159,7 +153,7 @@ bool Array2MultiAsciiz(const Char<Text>* const* ppszStrings, Char<Text>* pList, 
 // Stores where the strings of a list begin, as far as there is room, and tells how many it stored.
 template <class Text>
 DWORD StoreStarts(const Char<Text>* pList, const Char<Text>** ppszArray, DWORD room) {
-  if (pList == nullptr || room == 0) return 0;
+  if (pList == nullptr) return 0;
   DWORD stored = 0;
   ZeroUnits<Text> zeros(pList);
   for (const Char<Text>* pEnd; stored < room && (pEnd = zeros.Next()) != pList; pList = pEnd + 1) {

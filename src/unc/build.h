@@ -22,7 +22,7 @@ DWORD SizeUncName(const Char<Text>* pszServer, const Char<Text>* pszResource,
   if (!IsNullOrEmpty<Text>(pszServer)) size += BareSize<Text>(pszServer) + kUncPrefix<Text>;
   if (pszResource != nullptr) size += BareSize<Text>(pszResource) + Text::kUnit;
   if (pszPath != nullptr) size += BareSize<Text>(pszPath) + Text::kUnit;
-  return size + Text::kUnit;
+  return size == 0 ? 0 : size + Text::kUnit;
 }
 
 inline DWORD utSizeUNCName(LPCSTR pszServer, LPCSTR pszResource, LPCSTR pszPath) {
@@ -36,6 +36,7 @@ inline DWORD utSizeUNCNameW(LPCWSTR pszServer, LPCWSTR pszResource, LPCWSTR pszP
 // Counts the name's leading backslashes too, although they aren't written.
 template <class Text>
 DWORD SizeServerName(const Char<Text>* pszServer, INT nForm) {
+  if (IsNullOrEmpty<Text>(pszServer)) return 0;
   return StringSize<Text>(pszServer, true) + (nForm == UT_SERVERNAME_UNC ? kUncPrefix<Text> : 0);
 }
 
@@ -89,7 +90,9 @@ bool ServerName(const Char<Text>* pszServer, INT nForm, Char<Text>* pszOut, DWOR
   Text::Store(pszOut, 0);
   if (pszServer == nullptr) return false;
   if (cbOut != UT_SIZE_UNCHECKED && !IsBufferSize(cbOut, Size(pszServer, nForm))) return false;
+  // An empty name counts nothing there, but its prefix and terminator are written all the same.
   const DWORD cbPrefix = nForm == UT_SERVERNAME_UNC ? kUncPrefix<Text> : 0;
+  if (!IsBufferSize(cbOut, cbPrefix + Text::kUnit)) return false;
   WriteServer<Text>(pszOut, cbPrefix, pszServer);
   return true;
 }
