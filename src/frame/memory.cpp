@@ -7,14 +7,14 @@
 namespace tavkit {
 namespace {
 
-constexpr DWORD kStep = sizeof(__m128i);
+constexpr size_t kStep = sizeof(__m128i);
 
 __m128i Load(const BYTE* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
 void Store(BYTE* p, __m128i bytes) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), bytes); }
 
 // 32 to 64 bytes, all read before any is written.
-void MoveSome(BYTE* to, const BYTE* from, DWORD count) {
-  const DWORD last = count - kStep;
+void MoveSome(BYTE* to, const BYTE* from, size_t count) {
+  const size_t last = count - kStep;
   const __m128i a = Load(from), b = Load(from + kStep);
   const __m128i c = Load(from + last - kStep), d = Load(from + last);
   Store(to, a);
@@ -24,32 +24,32 @@ void MoveSome(BYTE* to, const BYTE* from, DWORD count) {
 }
 
 // For a target below the source, or clear of it. The end is read while it still is what it was.
-void MoveUpward(BYTE* to, const BYTE* from, DWORD count) {
-  const DWORD end = count - kStep;
+void MoveUpward(BYTE* to, const BYTE* from, size_t count) {
+  const size_t end = count - kStep;
   const __m128i last = Load(from + end);
 #pragma clang loop unroll_count(4)
-  for (DWORD at = 0; at < end; at += kStep) Store(to + at, Load(from + at));
+  for (size_t at = 0; at < end; at += kStep) Store(to + at, Load(from + at));
   Store(to + end, last);
 }
 
 // For a target that begins inside the source.
-void MoveDownward(BYTE* to, const BYTE* from, DWORD count) {
+void MoveDownward(BYTE* to, const BYTE* from, size_t count) {
   const __m128i first = Load(from);
 #pragma clang loop unroll_count(4)
-  for (DWORD end = count; end > kStep; end -= kStep) {
+  for (size_t end = count; end > kStep; end -= kStep) {
     Store(to + end - kStep, Load(from + end - kStep));
   }
   Store(to, first);
 }
 
 template <class Part>
-void FillEnds(BYTE* to, __m128i bytes, DWORD count) {
+void FillEnds(BYTE* to, __m128i bytes, size_t count) {
   const auto part = ReadValue<Part>(&bytes);
   WriteValue(to, part);
   WriteValue(to + count - sizeof(Part), part);
 }
 
-void FillFew(BYTE* to, __m128i bytes, DWORD count) {
+void FillFew(BYTE* to, __m128i bytes, size_t count) {
   if (count >= 8) {
     FillEnds<uint64_t>(to, bytes, count);
   } else {
@@ -59,7 +59,7 @@ void FillFew(BYTE* to, __m128i bytes, DWORD count) {
 
 }  // namespace
 
-void MoveMany(BYTE* to, const BYTE* from, DWORD count) {
+void MoveMany(BYTE* to, const BYTE* from, size_t count) {
   if (count <= 4 * kStep) {
     MoveSome(to, from, count);
     return;
@@ -72,16 +72,16 @@ void MoveMany(BYTE* to, const BYTE* from, DWORD count) {
   }
 }
 
-void FillBytes(void* pDest, BYTE value, DWORD count) {
+void FillBytes(void* pDest, BYTE value, size_t count) {
   auto* to = static_cast<BYTE*>(pDest);
   const __m128i bytes = _mm_set1_epi8(static_cast<char>(value));
   if (count < kStep) {
     FillFew(to, bytes, count);
     return;
   }
-  const DWORD end = count - kStep;
+  const size_t end = count - kStep;
 #pragma clang loop unroll_count(4)
-  for (DWORD at = 0; at < end; at += kStep) Store(to + at, bytes);
+  for (size_t at = 0; at < end; at += kStep) Store(to + at, bytes);
   Store(to + end, bytes);
 }
 

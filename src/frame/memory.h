@@ -3,6 +3,7 @@
 #define TAVKIT_FRAME_MEMORY_H
 
 #include <emmintrin.h>
+#include <stddef.h>
 #include <tavkit/types.h>
 
 namespace tavkit {
@@ -23,19 +24,19 @@ void WriteValue(void* pDest, const T& value) {
 // A move as two parts that meet or overlap. Both are read before either is written, as the ranges
 // may overlap.
 template <class Part>
-void MoveEnds(BYTE* to, const BYTE* from, DWORD count) {
-  const DWORD last = count - sizeof(Part);
+void MoveEnds(BYTE* to, const BYTE* from, size_t count) {
+  const size_t last = count - sizeof(Part);
   const auto firstPart = ReadValue<Part>(from);
   const auto lastPart = ReadValue<Part>(from + last);
   WriteValue(to, firstPart);
   WriteValue(to + last, lastPart);
 }
 
-void MoveMany(BYTE* to, const BYTE* from, DWORD count);  // above 32 bytes
+void MoveMany(BYTE* to, const BYTE* from, size_t count);  // above 32 bytes
 
 // The two ranges may overlap. A few bytes are moved in the caller's own code, as a call would take
 // longer than the move.
-inline void MoveBytes(void* pDest, const void* pSource, DWORD count) {
+inline void MoveBytes(void* pDest, const void* pSource, size_t count) {
   auto* to = static_cast<BYTE*>(pDest);
   auto* from = static_cast<const BYTE*>(pSource);
   if (count > 2 * sizeof(__m128i)) {
@@ -54,8 +55,8 @@ inline void MoveBytes(void* pDest, const void* pSource, DWORD count) {
 }
 
 // Of four bytes or more.
-void FillBytes(void* pDest, BYTE value, DWORD count);
-inline void ZeroBytes(void* pDest, DWORD count) { FillBytes(pDest, 0, count); }
+void FillBytes(void* pDest, BYTE value, size_t count);
+inline void ZeroBytes(void* pDest, size_t count) { FillBytes(pDest, 0, count); }
 
 }  // namespace tavkit
 
