@@ -34,7 +34,8 @@ def planted(release):
             continue
         found = failures(victim.finish(mends=failing != CHECKSUM))
         if found.keys() != {failing}:
-            results[failing].append(f"{what}: failing is {found or 'nothing'}")
+            failed = [f"{name} ({complaints[0]})" for name, complaints in found.items()]
+            results[failing].append(f"{what}: what fails is {', '.join(failed) or 'nothing'}")
         for word in words or ():
             if not any(word in complaint for complaint in found.get(failing, [])):
                 results[failing].append(f"{word} passes")

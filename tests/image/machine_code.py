@@ -483,7 +483,7 @@ class _Function:
         depth, kept = self.unwind.at(at) if self.unwind is not None else (0, {})
         if state.depth() != depth:
             if self.unwind is None:
-                self.complain("unwind", at, "moves the stack pointer without unwind data")
+                self.complain("unwind", self.start, "moves the stack pointer without unwind data")
             elif not self.is_epilogue(at):
                 self.complain("unwind", at, f"unwind data tell of {depth} bytes on the stack")
             return
