@@ -1,8 +1,8 @@
 // Memory that ends or begins directly at an inaccessible page, so that the first byte touched on
 // that side stops the program; what stands on its other side is checked for writes at the end. For
 // whatever calls the library with buffers that it must not leave: tests, fuzzers.
-#ifndef PLATFORM_HOST_GUARDED_BUFFER_H
-#define PLATFORM_HOST_GUARDED_BUFFER_H
+#ifndef TESTS_SUPPORT_GUARDED_BUFFER_H
+#define TESTS_SUPPORT_GUARDED_BUFFER_H
 
 #include <sys/mman.h>
 
@@ -14,7 +14,7 @@
 #include <span>
 #include <vector>
 
-namespace host {
+namespace test {
 
 inline constexpr unsigned char kPattern = 0xCD;
 
@@ -112,6 +112,6 @@ class GuardedBuffer {
   unsigned char* data_;
 };
 
-}  // namespace host
+}  // namespace test
 
-#endif  // PLATFORM_HOST_GUARDED_BUFFER_H
+#endif  // TESTS_SUPPORT_GUARDED_BUFFER_H

@@ -1,6 +1,6 @@
 // The blocks of LocalAlloc, for tests: how many live, and whether they were misused.
-#ifndef PLATFORM_HOST_HEAP_H
-#define PLATFORM_HOST_HEAP_H
+#ifndef PLATFORM_OPERATIONS_HEAP_H
+#define PLATFORM_OPERATIONS_HEAP_H
 
 #include <cstddef>
 #include <string>
@@ -16,4 +16,4 @@ std::string HeapError();
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_HEAP_H
+#endif  // PLATFORM_OPERATIONS_HEAP_H

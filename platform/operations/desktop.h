@@ -1,7 +1,7 @@
 // A small desktop: windows and dialogs, the focus, posted messages and string tables. It is for one
 // thread at a time.
-#ifndef PLATFORM_HOST_DESKTOP_H
-#define PLATFORM_HOST_DESKTOP_H
+#ifndef PLATFORM_OPERATIONS_DESKTOP_H
+#define PLATFORM_OPERATIONS_DESKTOP_H
 
 #include <win32.h>
 
@@ -42,4 +42,4 @@ void SetSuccess(BOOL value);
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_DESKTOP_H
+#endif  // PLATFORM_OPERATIONS_DESKTOP_H

@@ -1,6 +1,6 @@
 // The records of a PE32 image that the loader reads, laid out as in the file.
-#ifndef PLATFORM_HOST_PE_FORMAT_H
-#define PLATFORM_HOST_PE_FORMAT_H
+#ifndef PLATFORM_LOADER_PE_FORMAT_H
+#define PLATFORM_LOADER_PE_FORMAT_H
 
 #include <cstdint>
 
@@ -112,4 +112,4 @@ static_assert(sizeof(RelocationBlock) == 8);
 
 }  // namespace host::pe
 
-#endif  // PLATFORM_HOST_PE_FORMAT_H
+#endif  // PLATFORM_LOADER_PE_FORMAT_H

@@ -1,8 +1,8 @@
 // Controls of the platform layer, for tests: which call fails, what was called, and the way back to
 // the state at program start. They are for one thread at a time; while none is in use, the
 // operations themselves may run on several threads.
-#ifndef PLATFORM_HOST_HOST_H
-#define PLATFORM_HOST_HOST_H
+#ifndef PLATFORM_OPERATIONS_HOST_H
+#define PLATFORM_OPERATIONS_HOST_H
 
 #include <win32.h>
 
@@ -69,4 +69,4 @@ bool Fails(const char* operation, Arguments... arguments) {
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_HOST_H
+#endif  // PLATFORM_OPERATIONS_HOST_H

@@ -1,7 +1,7 @@
 // The operations that programs may import besides those of win32.h: what a small console program
 // takes to load the library and to print. The DLL itself imports none of them.
-#ifndef PLATFORM_HOST_PROGRAM_OPERATIONS_H
-#define PLATFORM_HOST_PROGRAM_OPERATIONS_H
+#ifndef PLATFORM_LOADER_PROGRAM_OPERATIONS_H
+#define PLATFORM_LOADER_PROGRAM_OPERATIONS_H
 
 #include <win32.h>
 
@@ -22,4 +22,4 @@ UT_IMPORT(KERNEL32)
 BOOL UT_API WriteFile(HANDLE hFile, LPCVOID pBuffer, DWORD cbToWrite, LPDWORD pcbWritten,
                       LPVOID pOverlapped);
 
-#endif  // PLATFORM_HOST_PROGRAM_OPERATIONS_H
+#endif  // PLATFORM_LOADER_PROGRAM_OPERATIONS_H

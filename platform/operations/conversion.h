@@ -1,7 +1,7 @@
 // Conversion between character sets, by the names that iconv knows them by. A unit that is not
 // valid in its set, or that has no counterpart in the other one, is replaced.
-#ifndef PLATFORM_HOST_CONVERSION_H
-#define PLATFORM_HOST_CONVERSION_H
+#ifndef PLATFORM_OPERATIONS_CONVERSION_H
+#define PLATFORM_OPERATIONS_CONVERSION_H
 
 #include <string>
 #include <string_view>
@@ -21,4 +21,4 @@ std::string CharsetOf(unsigned codePage);
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_CONVERSION_H
+#endif  // PLATFORM_OPERATIONS_CONVERSION_H

@@ -1,6 +1,6 @@
 // The version of the system that the platform layer claims to be.
-#ifndef PLATFORM_HOST_VERSION_H
-#define PLATFORM_HOST_VERSION_H
+#ifndef PLATFORM_OPERATIONS_VERSION_H
+#define PLATFORM_OPERATIONS_VERSION_H
 
 #include <win32.h>
 
@@ -11,4 +11,4 @@ void SetVersion(DWORD platformId, DWORD majorVersion);
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_VERSION_H
+#endif  // PLATFORM_OPERATIONS_VERSION_H

@@ -5,8 +5,8 @@
 //   host::RegistryFile file("settings.reg");  // a missing file is an empty registry
 //   ...
 //   file.Save();
-#ifndef PLATFORM_HOST_REGISTRY_FILE_H
-#define PLATFORM_HOST_REGISTRY_FILE_H
+#ifndef PLATFORM_OPERATIONS_REGISTRY_FILE_H
+#define PLATFORM_OPERATIONS_REGISTRY_FILE_H
 
 #include <memory>
 #include <stdexcept>
@@ -62,4 +62,4 @@ class RegistryFile {
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_REGISTRY_FILE_H
+#endif  // PLATFORM_OPERATIONS_REGISTRY_FILE_H

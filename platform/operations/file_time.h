@@ -1,6 +1,6 @@
 // Controls of the platform layer's time conversions.
-#ifndef PLATFORM_HOST_FILE_TIME_H
-#define PLATFORM_HOST_FILE_TIME_H
+#ifndef PLATFORM_OPERATIONS_FILE_TIME_H
+#define PLATFORM_OPERATIONS_FILE_TIME_H
 
 #include <win32.h>
 
@@ -15,4 +15,4 @@ void SetTimeSuccess(BOOL result);
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_FILE_TIME_H
+#endif  // PLATFORM_OPERATIONS_FILE_TIME_H

@@ -1,6 +1,6 @@
 // The active code page of the platform layer.
-#ifndef PLATFORM_HOST_CODEPAGE_H
-#define PLATFORM_HOST_CODEPAGE_H
+#ifndef PLATFORM_OPERATIONS_CODEPAGE_H
+#define PLATFORM_OPERATIONS_CODEPAGE_H
 
 #include <cstddef>
 #include <string_view>
@@ -20,4 +20,4 @@ std::size_t CharacterLength(std::string_view text, std::size_t at);
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_CODEPAGE_H
+#endif  // PLATFORM_OPERATIONS_CODEPAGE_H

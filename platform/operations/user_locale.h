@@ -1,6 +1,6 @@
 // The user's settings of the platform layer: those of the locale that the environment names.
-#ifndef PLATFORM_HOST_USER_LOCALE_H
-#define PLATFORM_HOST_USER_LOCALE_H
+#ifndef PLATFORM_OPERATIONS_USER_LOCALE_H
+#define PLATFORM_OPERATIONS_USER_LOCALE_H
 
 #include <win32.h>
 
@@ -13,4 +13,4 @@ void SetLocaleText(LCTYPE type, const std::string& text);
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_USER_LOCALE_H
+#endif  // PLATFORM_OPERATIONS_USER_LOCALE_H

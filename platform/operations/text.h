@@ -1,6 +1,6 @@
 // Names without regard to case, by the letters of the active code page.
-#ifndef PLATFORM_HOST_TEXT_H
-#define PLATFORM_HOST_TEXT_H
+#ifndef PLATFORM_OPERATIONS_TEXT_H
+#define PLATFORM_OPERATIONS_TEXT_H
 
 #include <string>
 #include <string_view>
@@ -12,4 +12,4 @@ std::string FoldName(std::string_view name);
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_TEXT_H
+#endif  // PLATFORM_OPERATIONS_TEXT_H

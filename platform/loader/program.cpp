@@ -1,5 +1,6 @@
 #include "program.h"
 
+#include <import_table.h>
 #include <strings.h>
 
 #include <csetjmp>
@@ -20,18 +21,20 @@ namespace fs = std::filesystem;
 // The DLLs that the running program uses, each with the number of its users.
 class Libraries {
  public:
-  explicit Libraries(const fs::path& program) : program_(program) {}
+  Libraries(const fs::path& program, const ImportResolver& resolve)
+      : program_(program), resolve_(resolve) {}
 
-  // Loads a DLL, or counts one more user of it. Throws ModuleError if there is none to load.
-  const Module& Load(const std::string& name) {
+  // Loads a DLL, or counts one more user of it. Throws ModuleError if there is none to load, which
+  // then says what was wanted of it.
+  const Module& Load(const std::string& name, const std::string& wanted) {
     for (auto& library : loaded_) {
       if (strcasecmp(library.name.c_str(), name.c_str()) != 0) continue;
       ++library.users;
       return *library.module;
     }
-    const std::string path = PathOf(name);
+    const std::string path = PathOf(name, wanted);
     try {
-      return *loaded_.emplace_back(name, std::make_unique<Module>(ReadFile(path))).module;
+      return *loaded_.emplace_back(name, std::make_unique<Module>(ReadFile(path), resolve_)).module;
     } catch (const ModuleError& error) {
       throw ModuleError(path + ": " + error.what());
     }
@@ -64,18 +67,19 @@ class Libraries {
   };
 
   // The file beside the program that has this name in whichever case.
-  std::string PathOf(const std::string& name) const {
+  std::string PathOf(const std::string& name, const std::string& wanted) const {
     const fs::path folder = program_.has_parent_path() ? program_.parent_path() : ".";
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(folder, error)) {
       const std::string found = entry.path().filename();
       if (strcasecmp(found.c_str(), name.c_str()) == 0) return entry.path();
     }
-    throw ModuleError(program_.string() + " needs " + name + ", and there is none in the folder " +
-                      folder.string());
+    throw ModuleError(program_.string() + " needs " + wanted + ", and there is no " + name +
+                      " in the folder " + folder.string());
   }
 
   fs::path program_;
+  ImportResolver resolve_;
   std::list<Library> loaded_;
 };
 
@@ -94,12 +98,13 @@ void* FindExport(const Module& library, std::string_view name) {
   return library.Find(static_cast<unsigned>(ordinal));
 }
 
-void* FindForProgram(std::string_view module, std::string_view name) {
-  if (IsSystemModule(module)) {
-    void* const operation = FindPlatformOperation(module, name);
-    return operation != nullptr ? operation : FindProgramOperation(module, name);
-  }
-  return FindExport(process->libraries.Load(std::string(module)), name);
+void* FindProgramOperation(std::string_view module, std::string_view name) {
+#define UT_ENTRY UT_IMPORTABLE
+  static const Importable operations[] = {
+#include <program_imports.inc>
+  };
+#undef UT_ENTRY
+  return FindIn(operations, module, name);
 }
 
 // A program that calls ExitProcess comes back here, past frames that have nothing to release.
@@ -110,11 +115,17 @@ DWORD RunToItsEnd(const Module& program) {
 
 }  // namespace
 
-DWORD RunProgram(const std::string& path) {
+DWORD RunProgram(const std::string& path, const ImportResolver& resolve) {
   const auto file = ReadFile(path);
-  Process own{Libraries(path), {}};
+  Process own{Libraries(path, resolve), {}};
   process = &own;
-  const Module program(file, FindForProgram, Module::EntryCalls::kMake, Module::Kind::kProgram);
+  const auto find = [&](std::string_view module, std::string_view name) {
+    if (void* const operation = resolve(module, name)) return operation;
+    if (void* const operation = FindProgramOperation(module, name)) return operation;
+    const std::string library(module);
+    return FindExport(own.libraries.Load(library, library + "!" + std::string(name)), name);
+  };
+  const Module program(file, find, Module::EntryCalls::kMake, Module::Kind::kProgram);
   return RunToItsEnd(program);
 }
 
@@ -124,7 +135,7 @@ using host::process;
 
 HMODULE UT_API LoadLibraryA(LPCSTR pszName) {
   try {
-    return process->libraries.Load(pszName).handle();
+    return process->libraries.Load(pszName, pszName).handle();
   } catch (const host::ModuleError& error) {
     std::fprintf(stderr, "LoadLibraryA gives NULL: %s\n", error.what());
     return nullptr;

@@ -1,7 +1,7 @@
 // The registry: a tree of keys and values in memory. Names count without regard to case and stay as
 // they were first written.
-#ifndef PLATFORM_HOST_REGISTRY_H
-#define PLATFORM_HOST_REGISTRY_H
+#ifndef PLATFORM_OPERATIONS_REGISTRY_H
+#define PLATFORM_OPERATIONS_REGISTRY_H
 
 #include <win32.h>
 
@@ -60,4 +60,4 @@ std::size_t LivingKeyHandles();
 
 }  // namespace host
 
-#endif  // PLATFORM_HOST_REGISTRY_H
+#endif  // PLATFORM_OPERATIONS_REGISTRY_H

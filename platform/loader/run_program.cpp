@@ -1,5 +1,7 @@
 // Runs a 32-bit Windows console program: run_program PROGRAM. The DLLs that it needs lie beside it.
 // The exit code is the program's; 125 stands for a program that can't be run.
+#include <operation_table.h>
+
 #include <cstdio>
 
 #include "module.h"
@@ -12,7 +14,7 @@ int main(int argc, char** argv) {
     return kCannotRun;
   }
   try {
-    const DWORD exitCode = host::RunProgram(argv[1]);
+    const DWORD exitCode = host::RunProgram(argv[1], host::FindPlatformOperation);
     if (exitCode < kCannotRun) return static_cast<int>(exitCode);
     std::fprintf(stderr, "%s: %s ended with the exit code %u, which is told as 124\n", argv[0],
                  argv[1], exitCode);
