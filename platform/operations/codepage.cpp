@@ -1,7 +1,11 @@
 // Code pages and the two operations that step by characters.
 #include "codepage.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "host.h"
+#include "state.h"
 
 namespace host {
 namespace {
@@ -22,9 +26,7 @@ constexpr CodePageRow kCodePages[] = {
     {950, {{0x81, 0xFE}, {1, 0}}},
 };
 
-const CodePageRow* active = kCodePages;
-
-[[maybe_unused]] const bool resets = OnReset([] { active = kCodePages; });
+const CodePageRow& Active() { return kCodePages[state->codePage]; }
 
 // A lead byte takes the byte behind it along, unless the string ends there.
 LPCSTR Step(LPCSTR psz) {
@@ -36,19 +38,17 @@ LPCSTR Step(LPCSTR psz) {
 }  // namespace
 
 bool SetCodePage(unsigned codePage) {
-  for (const auto& row : kCodePages) {
-    if (row.number == codePage) {
-      active = &row;
-      return true;
-    }
-  }
-  return false;
+  const auto* row = std::find_if(std::begin(kCodePages), std::end(kCodePages),
+                                 [=](const auto& each) { return each.number == codePage; });
+  if (row == std::end(kCodePages)) return false;
+  state->codePage = static_cast<std::size_t>(row - kCodePages);
+  return true;
 }
 
-unsigned CodePage() { return active->number; }
+unsigned CodePage() { return Active().number; }
 
 bool IsLeadByte(unsigned char byte) {
-  for (const auto& range : active->lead) {
+  for (const auto& range : Active().lead) {
     if (byte >= range.first && byte <= range.last) return true;
   }
   return false;
@@ -62,12 +62,12 @@ std::size_t CharacterLength(std::string_view text, std::size_t at) {
 }  // namespace host
 
 LPSTR UT_API CharNextA(LPCSTR psz) {
-  host::Enter("CharNextA", psz);
+  host::Enter(__func__, psz);
   return const_cast<LPSTR>(host::Step(psz));
 }
 
 LPSTR UT_API CharPrevA(LPCSTR pszStart, LPCSTR pszCurrent) {
-  host::Enter("CharPrevA", pszStart, pszCurrent);
+  host::Enter(__func__, pszStart, pszCurrent);
   LPCSTR pszBefore = pszStart;
   for (LPCSTR psz = pszStart; psz < pszCurrent && *psz != 0; psz = host::Step(psz)) pszBefore = psz;
   return const_cast<LPSTR>(pszBefore);

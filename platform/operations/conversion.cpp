@@ -98,8 +98,8 @@ std::string CharsetOf(unsigned codePage) { return "CP" + std::to_string(codePage
 
 int UT_API MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteStr, int cbMultiByte,
                                LPWSTR lpWideCharStr, int cchWideChar) {
-  if (host::Fails("MultiByteToWideChar", CodePage, dwFlags, lpMultiByteStr, cbMultiByte,
-                  lpWideCharStr, cchWideChar)) {
+  if (host::Fails(__func__, CodePage, dwFlags, lpMultiByteStr, cbMultiByte, lpWideCharStr,
+                  cchWideChar)) {
     return 0;
   }
   if (!host::IsActive(CodePage) || lpMultiByteStr == nullptr || cbMultiByte < -1) return 0;
@@ -113,8 +113,8 @@ int UT_API MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteS
 int UT_API WideCharToMultiByte(UINT CodePage, DWORD dwFlags, LPCWSTR lpWideCharStr, int cchWideChar,
                                LPSTR lpMultiByteStr, int cbMultiByte, LPCSTR lpDefaultChar,
                                BOOL* lpUsedDefaultChar) {
-  if (host::Fails("WideCharToMultiByte", CodePage, dwFlags, lpWideCharStr, cchWideChar,
-                  lpMultiByteStr, cbMultiByte, lpDefaultChar, lpUsedDefaultChar)) {
+  if (host::Fails(__func__, CodePage, dwFlags, lpWideCharStr, cchWideChar, lpMultiByteStr,
+                  cbMultiByte, lpDefaultChar, lpUsedDefaultChar)) {
     return 0;
   }
   if (!host::IsActive(CodePage) || lpWideCharStr == nullptr || cchWideChar < -1) return 0;

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "host.h"
+#include "state.h"
 
 namespace host {
 namespace {
@@ -27,14 +28,6 @@ constexpr Time kEnd = sys_days{std::chrono::year{30828} / 1 / 1};
 constexpr int kFirstDosYear = 1980;
 constexpr int kLastDosYear = 2107;
 
-int bias;
-BOOL success = 1;
-
-[[maybe_unused]] const bool resets = OnReset([] {
-  bias = 0;
-  success = 1;
-});
-
 std::optional<Time> Read(const FILETIME* pft) {
   const auto ticks = std::uint64_t{pft->dwHighDateTime} << 32 | pft->dwLowDateTime;
   if (ticks >= static_cast<std::uint64_t>((kEnd - kFirst).count())) return {};
@@ -45,7 +38,7 @@ BOOL Store(std::optional<Time> time, LPFILETIME pft) {
   if (!time || *time < kFirst || *time >= kEnd) return FALSE;
   const auto ticks = static_cast<std::uint64_t>((*time - kFirst).count());
   *pft = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
-  return success;
+  return state->time.success;
 }
 
 // A date and a time of day; the fields are checked by Join() only.
@@ -89,14 +82,14 @@ BOOL Shift(const FILETIME* pftFrom, LPFILETIME pftTo, int byMinutes) {
 
 }  // namespace
 
-void SetZoneBias(int byMinutes) { bias = byMinutes; }
+void SetZoneBias(int byMinutes) { state->time.bias = byMinutes; }
 
-void SetTimeSuccess(BOOL result) { success = result; }
+void SetTimeSuccess(BOOL result) { state->time.success = result; }
 
 }  // namespace host
 
 BOOL UT_API SystemTimeToFileTime(const SYSTEMTIME* lpSystemTime, LPFILETIME lpFileTime) {
-  if (host::Fails("SystemTimeToFileTime", lpSystemTime, lpFileTime)) return FALSE;
+  if (host::Fails(__func__, lpSystemTime, lpFileTime)) return FALSE;
   const SYSTEMTIME& st = *lpSystemTime;
   // Years from 30828 on would not fit the calendar, and are refused.
   if (st.wYear > 30827) return FALSE;
@@ -106,7 +99,7 @@ BOOL UT_API SystemTimeToFileTime(const SYSTEMTIME* lpSystemTime, LPFILETIME lpFi
 }
 
 BOOL UT_API FileTimeToSystemTime(const FILETIME* lpFileTime, LPSYSTEMTIME lpSystemTime) {
-  if (host::Fails("FileTimeToSystemTime", lpFileTime, lpSystemTime)) return FALSE;
+  if (host::Fails(__func__, lpFileTime, lpSystemTime)) return FALSE;
   const auto time = host::Read(lpFileTime);
   if (!time) return FALSE;
   const auto fields = host::Split(*time);
@@ -115,11 +108,11 @@ BOOL UT_API FileTimeToSystemTime(const FILETIME* lpFileTime, LPSYSTEMTIME lpSyst
   *lpSystemTime = {word(fields.year),   word(fields.month),      word(weekday.c_encoding()),
                    word(fields.day),    word(fields.hour),       word(fields.minute),
                    word(fields.second), word(fields.millisecond)};
-  return host::success;
+  return host::state->time.success;
 }
 
 BOOL UT_API DosDateTimeToFileTime(WORD wFatDate, WORD wFatTime, LPFILETIME lpFileTime) {
-  if (host::Fails("DosDateTimeToFileTime", wFatDate, wFatTime, lpFileTime)) return FALSE;
+  if (host::Fails(__func__, wFatDate, wFatTime, lpFileTime)) return FALSE;
   return host::Store(
       host::Join({host::kFirstDosYear + (wFatDate >> 9), wFatDate >> 5 & 0xFu, wFatDate & 0x1Fu,
                   wFatTime >> 11, wFatTime >> 5 & 0x3F, (wFatTime & 0x1F) * 2, 0}),
@@ -127,7 +120,7 @@ BOOL UT_API DosDateTimeToFileTime(WORD wFatDate, WORD wFatTime, LPFILETIME lpFil
 }
 
 BOOL UT_API FileTimeToDosDateTime(const FILETIME* lpFileTime, LPWORD lpFatDate, LPWORD lpFatTime) {
-  if (host::Fails("FileTimeToDosDateTime", lpFileTime, lpFatDate, lpFatTime)) return FALSE;
+  if (host::Fails(__func__, lpFileTime, lpFatDate, lpFatTime)) return FALSE;
   const auto time = host::Read(lpFileTime);
   if (!time) return FALSE;
   const auto fields = host::Split(*time);
@@ -135,15 +128,15 @@ BOOL UT_API FileTimeToDosDateTime(const FILETIME* lpFileTime, LPWORD lpFatDate, 
   const auto years = static_cast<unsigned>(fields.year - host::kFirstDosYear);
   *lpFatDate = static_cast<WORD>(years << 9 | fields.month << 5 | fields.day);
   *lpFatTime = static_cast<WORD>(fields.hour << 11 | fields.minute << 5 | fields.second / 2);
-  return host::success;
+  return host::state->time.success;
 }
 
 BOOL UT_API LocalFileTimeToFileTime(const FILETIME* lpLocalFileTime, LPFILETIME lpFileTime) {
-  if (host::Fails("LocalFileTimeToFileTime", lpLocalFileTime, lpFileTime)) return FALSE;
-  return host::Shift(lpLocalFileTime, lpFileTime, host::bias);
+  if (host::Fails(__func__, lpLocalFileTime, lpFileTime)) return FALSE;
+  return host::Shift(lpLocalFileTime, lpFileTime, host::state->time.bias);
 }
 
 BOOL UT_API FileTimeToLocalFileTime(const FILETIME* lpFileTime, LPFILETIME lpLocalFileTime) {
-  if (host::Fails("FileTimeToLocalFileTime", lpFileTime, lpLocalFileTime)) return FALSE;
-  return host::Shift(lpFileTime, lpLocalFileTime, -host::bias);
+  if (host::Fails(__func__, lpFileTime, lpLocalFileTime)) return FALSE;
+  return host::Shift(lpFileTime, lpLocalFileTime, -host::state->time.bias);
 }

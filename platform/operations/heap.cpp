@@ -4,39 +4,12 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <map>
-#include <mutex>
 
 #include "host.h"
+#include "state.h"
 
 namespace host {
 namespace {
-
-struct Block {
-  std::size_t size;
-  bool lives = true;
-  std::string whenFreed = {};  // the bytes that it held then
-};
-
-struct Heap {
-  std::mutex mutex;
-  std::map<void*, Block> blocks;
-  std::size_t living = 0;
-  std::string error;
-
-  void Release() {
-    const std::lock_guard lock(mutex);
-    for (const auto& [address, block] : blocks) std::free(address);
-    blocks.clear();
-    living = 0;
-    error.clear();
-  }
-  ~Heap() { Release(); }
-};
-
-Heap heap;
-
-[[maybe_unused]] const bool resets = OnReset([] { heap.Release(); });
 
 constexpr DWORD kMemory = 0x10000000;  // what a block can be at most
 
@@ -45,12 +18,18 @@ constexpr int kUninitialised = 0xA5;
 
 }  // namespace
 
+Heap::~Heap() {
+  for (const auto& [address, block] : blocks) std::free(address);
+}
+
 std::size_t LivingBlocks() {
+  Heap& heap = state->heap;
   const std::lock_guard lock(heap.mutex);
   return heap.living;
 }
 
 std::string HeapError() {
+  Heap& heap = state->heap;
   const std::lock_guard lock(heap.mutex);
   if (!heap.error.empty()) return heap.error;
   for (const auto& [address, block] : heap.blocks) {
@@ -62,13 +41,12 @@ std::string HeapError() {
 
 }  // namespace host
 
-using host::heap;
-
 HANDLE UT_API LocalAlloc(UINT uFlags, DWORD cbBlock) {
-  if (host::Fails("LocalAlloc", uFlags, cbBlock) || cbBlock > host::kMemory) return nullptr;
+  if (host::Fails(__func__, uFlags, cbBlock) || cbBlock > host::kMemory) return nullptr;
   void* block = std::malloc(cbBlock);
   if (block == nullptr) return nullptr;
   std::memset(block, uFlags & LMEM_ZEROINIT ? 0 : host::kUninitialised, cbBlock);
+  host::Heap& heap = host::state->heap;
   const std::lock_guard lock(heap.mutex);
   heap.blocks[block] = {cbBlock};
   ++heap.living;
@@ -76,8 +54,9 @@ HANDLE UT_API LocalAlloc(UINT uFlags, DWORD cbBlock) {
 }
 
 HANDLE UT_API LocalFree(HANDLE hBlock) {
-  host::Enter("LocalFree", hBlock);
+  host::Enter(__func__, hBlock);
   if (hBlock == nullptr) return nullptr;
+  host::Heap& heap = host::state->heap;
   const std::lock_guard lock(heap.mutex);
   const auto found = heap.blocks.find(hBlock);
   if (found == heap.blocks.end() || !found->second.lives) {

@@ -3,72 +3,63 @@
 #include <cstring>
 #include <utility>
 
+#include "state.h"
+
 namespace host {
 namespace {
 
-bool recording;
-std::vector<Call> journal;
-
-unsigned callsToFailure;  // 0: no failure is planned
-const char* failingOperation;
-DWORD failureCode;
-bool failureCame;
-
-void Watch() { detail::watching = recording || callsToFailure != 0; }
-
-std::vector<void (*)()>& Resets() {
-  static std::vector<void (*)()> resets;
-  return resets;
+// The quick question of every operation, told apart from the state it follows from.
+void Watch() {
+  const Controls& controls = state->controls;
+  detail::watching = controls.recording || controls.callsToFailure != 0;
 }
 
 }  // namespace
 
+std::optional<State> state(std::in_place);
+
 bool detail::watching;
 
 bool detail::Enter(const char* operation, std::vector<std::uintptr_t> arguments, bool canFail) {
-  if (recording) journal.push_back({operation, std::move(arguments)});
-  if (!canFail || callsToFailure == 0) return false;
-  if (failingOperation != nullptr && std::strcmp(operation, failingOperation) != 0) return false;
-  if (--callsToFailure != 0) return false;
-  failureCame = true;
+  Controls& controls = state->controls;
+  if (controls.recording) controls.journal.push_back({operation, std::move(arguments)});
+  if (!canFail || controls.callsToFailure == 0) return false;
+  const char* const failing = controls.failingOperation;
+  if (failing != nullptr && std::strcmp(operation, failing) != 0) return false;
+  if (--controls.callsToFailure != 0) return false;
+  controls.failureCame = true;
   Watch();
   return true;
 }
 
 void Reset() {
-  recording = false;
-  journal.clear();
-  FailCall(0);
-  for (auto* reset : Resets()) reset();
-}
-
-bool OnReset(void (*reset)()) {
-  Resets().push_back(reset);
-  return true;
+  state.emplace();
+  Watch();
 }
 
 void StartJournal() {
-  recording = true;
-  journal.clear();
+  state->controls.recording = true;
+  state->controls.journal.clear();
   Watch();
 }
 
 std::vector<Call> TakeJournal() {
-  recording = false;
+  state->controls.recording = false;
   Watch();
-  return std::exchange(journal, {});
+  return std::exchange(state->controls.journal, {});
 }
 
 void FailCall(unsigned n, DWORD code, const char* operation) {
-  callsToFailure = n;
-  failureCode = code;
-  failingOperation = operation;
-  failureCame = false;
+  Controls& controls = state->controls;
+  controls.callsToFailure = n;
+  controls.failingOperation = operation;
+  controls.failureCode = code;
+  controls.failureCame = false;
   Watch();
 }
 
-bool FailureCame() { return failureCame; }
+bool FailureCame() { return state->controls.failureCame; }
 
-DWORD FailureCode() { return failureCode; }
+DWORD FailureCode() { return state->controls.failureCode; }
 
 }  // namespace host

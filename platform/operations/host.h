@@ -20,12 +20,8 @@ struct Call {
   friend bool operator==(const Call&, const Call&) = default;
 };
 
-// Puts every part of the platform layer back to its state at program start.
+// Puts the whole platform layer back to its state at program start.
 void Reset();
-
-// Has `reset` called by Reset(). For the parts of the layer; the result only serves to call it from
-// a static initialiser.
-bool OnReset(void (*reset)());
 
 // From here on every call is recorded, until TakeJournal() hands the record over.
 void StartJournal();

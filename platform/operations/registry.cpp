@@ -1,11 +1,11 @@
 #include "registry.h"
 
 #include <algorithm>
-#include <mutex>
 #include <utility>
 
 #include "codepage.h"
 #include "host.h"
+#include "state.h"
 #include "text.h"
 
 namespace host {
@@ -19,30 +19,6 @@ constexpr DWORD kOpenedExistingKey = 2;
 
 using KeyPointer = std::shared_ptr<RegistryKey>;
 
-struct OpenKey {
-  KeyPointer key;
-  REGSAM access = 0;
-};
-
-struct State {
-  KeyPointer registry = NewRegistry();
-  std::map<HKEY, OpenKey> handles;
-  std::uintptr_t lastHandle = 0;
-  std::mutex mutex;
-};
-
-State& TheState() {
-  static State state;
-  return state;
-}
-
-[[maybe_unused]] const bool resets = OnReset([] {
-  State& state = TheState();
-  state.registry = NewRegistry();
-  state.handles.clear();
-  state.lastHandle = 0;
-});
-
 constexpr std::pair<const char*, std::uintptr_t> kPredefined[] = {
     {"HKEY_CLASSES_ROOT", 0x80000000u},
     {"HKEY_CURRENT_USER", 0x80000001u},
@@ -51,20 +27,20 @@ constexpr std::pair<const char*, std::uintptr_t> kPredefined[] = {
 };
 
 // What a handle stands for; without a key if it isn't one.
-OpenKey Resolve(State& state, HKEY hKey) {
+OpenKey Resolve(const Registry& registry, HKEY hKey) {
   for (const auto& [name, number] : kPredefined) {
     if (reinterpret_cast<std::uintptr_t>(hKey) == number) {
-      return {state.registry->keys.at(name), KEY_ALL_ACCESS};
+      return {registry.root->keys.at(name), KEY_ALL_ACCESS};
     }
   }
-  const auto found = state.handles.find(hKey);
-  return found == state.handles.end() ? OpenKey() : found->second;
+  const auto found = registry.handles.find(hKey);
+  return found == registry.handles.end() ? OpenKey() : found->second;
 }
 
-HKEY NewHandle(State& state, KeyPointer key, REGSAM access) {
-  state.lastHandle += 4;
-  const auto handle = reinterpret_cast<HKEY>(state.lastHandle);
-  state.handles[handle] = {std::move(key), access};
+HKEY NewHandle(Registry& registry, KeyPointer key, REGSAM access) {
+  registry.lastHandle += 4;
+  const auto handle = reinterpret_cast<HKEY>(registry.lastHandle);
+  registry.handles[handle] = {std::move(key), access};
   return handle;
 }
 
@@ -94,12 +70,21 @@ bool CanStand(std::string_view path, unsigned depth) {
   return true;
 }
 
+KeyPointer AddKey(const KeyPointer& parent, std::string_view folded, std::string_view name) {
+  auto key = std::make_shared<RegistryKey>();
+  key->name = name;
+  key->parent = parent.get();
+  key->depth = parent->depth + 1;
+  parent->keys[std::string(folded)] = key;
+  return key;
+}
+
 // Does work on the key that a handle stands for, if its access covers what is needed.
 template <class Work>
 LONG OnKey(HKEY hKey, REGSAM needed, Work work) {
-  State& state = TheState();
-  const std::lock_guard lock(state.mutex);
-  const OpenKey open = Resolve(state, hKey);
+  Registry& registry = state->registry;
+  const std::lock_guard lock(registry.mutex);
+  const OpenKey open = Resolve(registry, hKey);
   if (open.key == nullptr) return ERROR_INVALID_HANDLE;
   if (open.key->isDeleted) return kErrorKeyDeleted;
   if ((open.access & needed) != needed) return ERROR_ACCESS_DENIED;
@@ -114,7 +99,7 @@ LONG OpenAt(HKEY hKey, std::string_view path, REGSAM samDesired, PHKEY phkResult
     if (path.starts_with('\\')) return kErrorBadPathname;
     const auto key = FindKey(parent, path, made);
     if (key == nullptr) return made == nullptr ? ERROR_FILE_NOT_FOUND : ERROR_INVALID_PARAMETER;
-    *phkResult = NewHandle(TheState(), key, samDesired);
+    *phkResult = NewHandle(state->registry, key, samDesired);
     return ERROR_SUCCESS;
   });
 }
@@ -159,8 +144,7 @@ bool operator==(const RegistryKey& one, const RegistryKey& other) {
 
 std::shared_ptr<RegistryKey> NewRegistry() {
   auto registry = std::make_shared<RegistryKey>();
-  std::size_t made = 0;
-  for (const auto& [name, number] : kPredefined) FindKey(registry, name, &made);
+  for (const auto& [name, number] : kPredefined) AddKey(registry, name, name);
   return registry;
 }
 
@@ -177,12 +161,7 @@ std::shared_ptr<RegistryKey> FindKey(std::shared_ptr<RegistryKey> from, std::str
       continue;
     }
     if (missing == nullptr) return nullptr;
-    auto key = std::make_shared<RegistryKey>();
-    key->name = part;
-    key->parent = from.get();
-    key->depth = from->depth + 1;
-    from->keys[folded] = key;
-    from = std::move(key);
+    from = AddKey(from, folded, part);
     ++*missing;
   }
   return from;
@@ -197,27 +176,26 @@ void SetValue(RegistryKey& key, std::string_view name, DWORD type,
 }
 
 std::shared_ptr<const RegistryKey> CurrentRegistry() {
-  const std::lock_guard lock(TheState().mutex);
-  return TheState().registry;
+  const std::lock_guard lock(state->registry.mutex);
+  return state->registry.root;
 }
 
 void ReplaceRegistry(std::shared_ptr<RegistryKey> registry) {
-  State& state = TheState();
-  const std::lock_guard lock(state.mutex);
-  MarkDeleted(*state.registry);
-  state.registry = std::move(registry);
+  const std::lock_guard lock(state->registry.mutex);
+  MarkDeleted(*state->registry.root);
+  state->registry.root = std::move(registry);
 }
 
 std::size_t LivingKeyHandles() {
-  const std::lock_guard lock(TheState().mutex);
-  return TheState().handles.size();
+  const std::lock_guard lock(state->registry.mutex);
+  return state->registry.handles.size();
 }
 
 }  // namespace host
 
 LONG UT_API RegOpenKeyExA(HKEY hKey, LPCSTR pszSubKey, DWORD dwOptions, REGSAM samDesired,
                           PHKEY phkResult) {
-  if (host::Fails("RegOpenKeyExA", hKey, pszSubKey, dwOptions, samDesired, phkResult)) {
+  if (host::Fails(__func__, hKey, pszSubKey, dwOptions, samDesired, phkResult)) {
     return static_cast<LONG>(host::FailureCode());
   }
   return host::OpenAt(hKey, host::NameOf(pszSubKey), samDesired, phkResult, nullptr);
@@ -226,7 +204,7 @@ LONG UT_API RegOpenKeyExA(HKEY hKey, LPCSTR pszSubKey, DWORD dwOptions, REGSAM s
 LONG UT_API RegCreateKeyExA(HKEY hKey, LPCSTR pszSubKey, DWORD dwReserved, LPSTR pszClass,
                             DWORD dwOptions, REGSAM samDesired, LPVOID pSecurityAttributes,
                             PHKEY phkResult, LPDWORD pdwDisposition) {
-  if (host::Fails("RegCreateKeyExA", hKey, pszSubKey, dwReserved, pszClass, dwOptions, samDesired,
+  if (host::Fails(__func__, hKey, pszSubKey, dwReserved, pszClass, dwOptions, samDesired,
                   pSecurityAttributes, phkResult, pdwDisposition)) {
     return static_cast<LONG>(host::FailureCode());
   }
@@ -241,7 +219,7 @@ LONG UT_API RegCreateKeyExA(HKEY hKey, LPCSTR pszSubKey, DWORD dwReserved, LPSTR
 
 LONG UT_API RegQueryValueExA(HKEY hKey, LPCSTR pszValueName, LPDWORD pdwReserved, LPDWORD pdwType,
                              LPBYTE pData, LPDWORD pcbData) {
-  if (host::Fails("RegQueryValueExA", hKey, pszValueName, pdwReserved, pdwType, pData, pcbData)) {
+  if (host::Fails(__func__, hKey, pszValueName, pdwReserved, pdwType, pData, pcbData)) {
     return static_cast<LONG>(host::FailureCode());
   }
   if (pdwReserved != nullptr) return ERROR_INVALID_PARAMETER;
@@ -252,7 +230,7 @@ LONG UT_API RegQueryValueExA(HKEY hKey, LPCSTR pszValueName, LPDWORD pdwReserved
 
 LONG UT_API RegSetValueExA(HKEY hKey, LPCSTR pszValueName, DWORD dwReserved, DWORD dwType,
                            const BYTE* pData, DWORD cbData) {
-  if (host::Fails("RegSetValueExA", hKey, pszValueName, dwReserved, dwType, pData, cbData)) {
+  if (host::Fails(__func__, hKey, pszValueName, dwReserved, dwType, pData, cbData)) {
     return static_cast<LONG>(host::FailureCode());
   }
   if (dwReserved != 0 || (pData == nullptr && cbData != 0)) return ERROR_INVALID_PARAMETER;
@@ -263,7 +241,7 @@ LONG UT_API RegSetValueExA(HKEY hKey, LPCSTR pszValueName, DWORD dwReserved, DWO
 }
 
 LONG UT_API RegDeleteValueA(HKEY hKey, LPCSTR pszValueName) {
-  if (host::Fails("RegDeleteValueA", hKey, pszValueName)) {
+  if (host::Fails(__func__, hKey, pszValueName)) {
     return static_cast<LONG>(host::FailureCode());
   }
   return host::OnKey(hKey, KEY_SET_VALUE, [&](const host::KeyPointer& key) -> LONG {
@@ -273,7 +251,7 @@ LONG UT_API RegDeleteValueA(HKEY hKey, LPCSTR pszValueName) {
 }
 
 LONG UT_API RegDeleteKeyA(HKEY hKey, LPCSTR pszSubKey) {
-  if (host::Fails("RegDeleteKeyA", hKey, pszSubKey)) return static_cast<LONG>(host::FailureCode());
+  if (host::Fails(__func__, hKey, pszSubKey)) return static_cast<LONG>(host::FailureCode());
   if (pszSubKey == nullptr) return ERROR_INVALID_PARAMETER;
   return host::DeleteAt(hKey, pszSubKey);
 }
@@ -281,10 +259,10 @@ LONG UT_API RegDeleteKeyA(HKEY hKey, LPCSTR pszSubKey) {
 // A planned failure changes the result only: the handle is closed, since no caller could do it
 // again.
 LONG UT_API RegCloseKey(HKEY hKey) {
-  const bool fails = host::Fails("RegCloseKey", hKey);
-  host::State& state = host::TheState();
-  const std::lock_guard lock(state.mutex);
-  if (host::Resolve(state, hKey).key == nullptr) return ERROR_INVALID_HANDLE;
-  state.handles.erase(hKey);
+  const bool fails = host::Fails(__func__, hKey);
+  host::Registry& registry = host::state->registry;
+  const std::lock_guard lock(registry.mutex);
+  if (host::Resolve(registry, hKey).key == nullptr) return ERROR_INVALID_HANDLE;
+  registry.handles.erase(hKey);
   return fails ? static_cast<LONG>(host::FailureCode()) : ERROR_SUCCESS;
 }

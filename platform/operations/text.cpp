@@ -73,12 +73,12 @@ std::string FoldName(std::string_view name) {
 }  // namespace host
 
 int UT_API lstrlenA(LPCSTR psz) {
-  if (host::Fails("lstrlenA", psz) || psz == nullptr) return 0;
+  if (host::Fails(__func__, psz) || psz == nullptr) return 0;
   return static_cast<int>(std::strlen(psz));
 }
 
 LPSTR UT_API lstrcpyA(LPSTR pszDest, LPCSTR pszSource) {
-  if (host::Fails("lstrcpyA", pszDest, pszSource)) return nullptr;
+  if (host::Fails(__func__, pszDest, pszSource)) return nullptr;
   LPSTR pszTo = pszDest;
   while ((*pszTo++ = *pszSource++) != 0) {
   }
@@ -86,27 +86,27 @@ LPSTR UT_API lstrcpyA(LPSTR pszDest, LPCSTR pszSource) {
 }
 
 LPSTR UT_API lstrcatA(LPSTR pszDest, LPCSTR pszSource) {
-  if (host::Fails("lstrcatA", pszDest, pszSource)) return nullptr;
+  if (host::Fails(__func__, pszDest, pszSource)) return nullptr;
   std::strcat(pszDest, pszSource);
   return pszDest;
 }
 
 int UT_API lstrcmpA(LPCSTR psz1, LPCSTR psz2) {
-  host::Enter("lstrcmpA", psz1, psz2);
+  host::Enter(__func__, psz1, psz2);
   return host::Compare(psz1, psz2, false);
 }
 
 int UT_API lstrcmpiA(LPCSTR psz1, LPCSTR psz2) {
-  host::Enter("lstrcmpiA", psz1, psz2);
+  host::Enter(__func__, psz1, psz2);
   return host::Compare(psz1, psz2, true);
 }
 
 int UT_API lstrcmpW(LPCWSTR psz1, LPCWSTR psz2) {
-  host::Enter("lstrcmpW", psz1, psz2);
+  host::Enter(__func__, psz1, psz2);
   return host::Compare(psz1, psz2, false);
 }
 
 int UT_API lstrcmpiW(LPCWSTR psz1, LPCWSTR psz2) {
-  host::Enter("lstrcmpiW", psz1, psz2);
+  host::Enter(__func__, psz1, psz2);
   return host::Compare(psz1, psz2, true);
 }

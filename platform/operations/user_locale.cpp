@@ -6,19 +6,15 @@
 #include <locale.h>
 
 #include <cstring>
-#include <map>
 #include <optional>
 
 #include "codepage.h"
 #include "conversion.h"
 #include "host.h"
+#include "state.h"
 
 namespace host {
 namespace {
-
-std::map<LCTYPE, std::string> ownTexts;
-
-[[maybe_unused]] const bool resets = OnReset([] { ownTexts.clear(); });
 
 class Locale {
  public:
@@ -69,7 +65,8 @@ std::optional<std::string> Find(const Locale& locale, LCTYPE type) {
 }
 
 std::optional<std::string> TextOf(LCTYPE type) {
-  if (const auto own = ownTexts.find(type); own != ownTexts.end()) return own->second;
+  const auto& own = state->localeTexts;
+  if (const auto found = own.find(type); found != own.end()) return found->second;
   const Locale locale;
   const auto text = Find(locale, type);
   if (!text) return {};
@@ -79,12 +76,12 @@ std::optional<std::string> TextOf(LCTYPE type) {
 
 }  // namespace
 
-void SetLocaleText(LCTYPE type, const std::string& text) { ownTexts[type] = text; }
+void SetLocaleText(LCTYPE type, const std::string& text) { state->localeTexts[type] = text; }
 
 }  // namespace host
 
 int UT_API GetLocaleInfoA(DWORD Locale, LCTYPE LCType, LPSTR lpLCData, int cchData) {
-  if (host::Fails("GetLocaleInfoA", Locale, LCType, lpLCData, cchData)) return 0;
+  if (host::Fails(__func__, Locale, LCType, lpLCData, cchData)) return 0;
   const auto text = host::TextOf(LCType);
   if (Locale != LOCALE_USER_DEFAULT || !text) return 0;
   const auto needed = static_cast<int>(text->size() + 1);
