@@ -274,7 +274,7 @@ int main(int argc, char** argv) {
   try {
     const auto module = host::ConnectTavkit(argc > 3 ? argv[3] : "dist/bin/TAVKIT.DLL",
                                             host::FindPlatformOperation);
-    const host::RegistryFile settings(argv[2]);
+    host::RegistryFile settings(argv[2]);
     const std::time_t now = std::time(nullptr);
     host::SetZoneBias(static_cast<int>(-std::localtime(&now)->tm_gmtoff / 60));
 
