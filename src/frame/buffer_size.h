@@ -16,12 +16,18 @@ inline bool IsBuffer(LPCVOID pBuffer, DWORD cbBuffer, DWORD cbNeeded) {
   return pBuffer != nullptr && IsBufferSize(cbBuffer, cbNeeded);
 }
 
-// One string may stand in several places, so a sum can pass 32 bits although no address space holds
-// as many bytes. It then stays at the top and marks what fits nowhere; a wrapped one could fit. No
-// test makes one wrap: it takes a string of a gigabyte.
+// A size that 32 bits don't count. It fits nowhere, not even where UT_SIZE_UNCHECKED is stated.
+inline constexpr DWORD kUncountable = ~DWORD{0};
+
+// A string may take part in a sum more than once, so a sum can pass 32 bits where no address space
+// holds as many bytes. It saturates: a wrapped one could fit.
 inline DWORD AddSizes(DWORD cbFirst, DWORD cbSecond) {
-  const DWORD cbTop = ~DWORD{0};
-  return cbSecond > cbTop - cbFirst ? cbTop : cbFirst + cbSecond;
+  return cbSecond > kUncountable - cbFirst ? kUncountable : cbFirst + cbSecond;
+}
+
+// Whether a sum of sizes fits a buffer.
+inline bool Fits(DWORD cbNeeded, DWORD cbBuffer) {
+  return cbNeeded <= cbBuffer && cbNeeded != kUncountable;
 }
 
 }  // namespace tavkit

@@ -64,7 +64,7 @@ bool CopyNextAsciiz(const Char<Text>* pszString, Char<Text>*& pCursor, DWORD& cb
     return true;
   }
   const DWORD cbString = StringSize<Text>(pszString, true);
-  if (cbString + Text::kUnit > cbRemaining) return false;
+  if (!Fits(AddSizes(cbString, Text::kUnit), cbRemaining)) return false;
   Text::Copy(pCursor, pszString);
   pCursor = AddBytes(pCursor, cbString);
   Text::Store(pCursor, 0);
@@ -72,11 +72,13 @@ bool CopyNextAsciiz(const Char<Text>* pszString, Char<Text>*& pCursor, DWORD& cb
   return true;
 }
 
-// Adds a string that isn't empty to a list whose end is known. A cbList below the used size wraps.
+// Adds a string that isn't empty to a list whose end is known.
 template <class Text>
 bool AppendAtEnd(const Char<Text>* pszString, const Char<Text>* pList, Char<Text>* pEnd,
                  DWORD cbList) {
-  DWORD cbRemaining = cbList - Distance(pList, pEnd);
+  const DWORD cbUsed = Distance(pList, pEnd);
+  if (cbUsed > cbList) return false;
+  DWORD cbRemaining = cbList - cbUsed;
   return CopyNextAsciiz<Text>(pszString, pEnd, cbRemaining);
 }
 
@@ -112,7 +114,7 @@ bool InsertMultiAsciiz(const Char<Text>* pszString, Char<Text>* pInsertAt, Char<
   if (cbTail <= 2 * Text::kUnit) return AppendAtEnd<Text>(pszString, pList, pEnd, cbList);
 
   const DWORD cbString = StringSize<Text>(pszString, true);
-  if (cbFull + cbString > cbList) return false;
+  if (!Fits(AddSizes(cbFull, cbString), cbList)) return false;
   MoveBytes(AddBytes(pInsertAt, cbString), pInsertAt, cbTail);
   // A member of the list that stands in the tail has just moved with it.
   const bool hasMoved = Distance(pInsertAt, pszString) < cbTail;

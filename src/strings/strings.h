@@ -134,7 +134,7 @@ bool TrimChar(Char<Text>* psz, WORD wChar, WORD wFlags) {
 template <class Text>
 DWORD StringSize(const Char<Text>* psz, bool withTerminator) {
   if (psz == nullptr) return 0;
-  return Text::Length(psz) + (withTerminator ? Text::kUnit : 0);
+  return AddSizes(Text::Length(psz), withTerminator ? Text::kUnit : 0);
 }
 
 template <class Text>

@@ -19,10 +19,12 @@ template <class Text>
 DWORD SizeUncName(const Char<Text>* pszServer, const Char<Text>* pszResource,
                   const Char<Text>* pszPath) {
   DWORD size = 0;
-  if (!IsNullOrEmpty<Text>(pszServer)) size += BareSize<Text>(pszServer) + kUncPrefix<Text>;
-  if (pszResource != nullptr) size += BareSize<Text>(pszResource) + Text::kUnit;
-  if (pszPath != nullptr) size += BareSize<Text>(pszPath) + Text::kUnit;
-  return size == 0 ? 0 : size + Text::kUnit;
+  if (!IsNullOrEmpty<Text>(pszServer)) size = AddSizes(BareSize<Text>(pszServer), kUncPrefix<Text>);
+  const Char<Text>* const parts[] = {pszResource, pszPath};
+  for (const auto* pszPart : parts) {
+    if (pszPart != nullptr) size = AddSizes(size, AddSizes(BareSize<Text>(pszPart), Text::kUnit));
+  }
+  return size == 0 ? 0 : AddSizes(size, Text::kUnit);
 }
 
 inline DWORD utSizeUNCName(LPCSTR pszServer, LPCSTR pszResource, LPCSTR pszPath) {
@@ -37,7 +39,8 @@ inline DWORD utSizeUNCNameW(LPCWSTR pszServer, LPCWSTR pszResource, LPCWSTR pszP
 template <class Text>
 DWORD SizeServerName(const Char<Text>* pszServer, INT nForm) {
   if (IsNullOrEmpty<Text>(pszServer)) return 0;
-  return StringSize<Text>(pszServer, true) + (nForm == UT_SERVERNAME_UNC ? kUncPrefix<Text> : 0);
+  const DWORD cbPrefix = nForm == UT_SERVERNAME_UNC ? kUncPrefix<Text> : 0;
+  return AddSizes(StringSize<Text>(pszServer, true), cbPrefix);
 }
 
 inline DWORD utSizeServerName(LPCSTR pszServer, INT nForm) {

@@ -50,8 +50,6 @@ Record<Form> TakeFields(const Record<Form>* pResource, DWORD dwMask) {
   return taken;
 }
 
-bool IsSize(DWORD cb) { return cb != 0 && cb != ~DWORD{0}; }  // neither no record nor that mark
-
 template <class Form>
 DWORD VarSize(const Record<Form>* pResource, DWORD dwMask) {
   if (pResource == nullptr) return 0;
@@ -100,7 +98,7 @@ void utFlattenNETRESOURCEW(const NETRESOURCEW* pResource, HXBUF hXBuf, DWORD dwM
 template <class Form>
 bool CopyToBuffer(const Record<Form>* pResource, LPVOID pBuffer, DWORD cbBuffer, DWORD dwMask,
                   DWORD cbNeeded) {
-  if (cbNeeded > cbBuffer || pBuffer == nullptr || !IsSize(cbNeeded)) return false;
+  if (!Fits(cbNeeded, cbBuffer) || pBuffer == nullptr || cbNeeded == 0) return false;
   const HXBUF hXBuf = utXBufCreate(cbBuffer, pBuffer);
   if (hXBuf == nullptr) return false;
   Form::Flatten(pResource, hXBuf, dwMask);
@@ -110,7 +108,8 @@ bool CopyToBuffer(const Record<Form>* pResource, LPVOID pBuffer, DWORD cbBuffer,
 
 template <class Form>
 bool CopyToXBuf(const Record<Form>* pResource, HXBUF hXBuf, DWORD dwMask, DWORD cbNeeded) {
-  if (utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FREE) < cbNeeded || !IsSize(cbNeeded)) return false;
+  const DWORD cbFree = utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FREE);
+  if (!Fits(cbNeeded, cbFree) || cbNeeded == 0) return false;
   Form::Flatten(pResource, hXBuf, dwMask);
   return true;
 }

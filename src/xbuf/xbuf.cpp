@@ -28,7 +28,7 @@ void XBuf::Reset() {
 }
 
 void XBuf::ReleaseBuffer() {
-  if (fOwnsBuffer != 0) FreeBuffer(pBuffer);
+  if (fOwnsBuffer != 0 && pBuffer != nullptr) FreeBuffer(pBuffer);
   pBuffer = nullptr;
 }
 
@@ -59,7 +59,9 @@ BYTE* XBuf::BackBlock() const { return cbBack != 0 ? pBuffer + (cbBuffer - cbBac
 
 void* XBuf::AllocBuffer(DWORD cbNewBuffer) { return LocalAlloc(LMEM_ZEROINIT, cbNewBuffer); }
 
-void XBuf::FreeBuffer(void* pOldBuffer) { LocalFree(pOldBuffer); }
+void XBuf::FreeBuffer(void* pOldBuffer) {
+  if (pOldBuffer != nullptr) LocalFree(pOldBuffer);
+}
 
 void XBuf::Free() {
   dwSignature = 0;
