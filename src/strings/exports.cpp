@@ -1,8 +1,13 @@
-#include "strings/counted_copy.h"
-#include "strings/search.h"
 #include "strings/strings.h"
 
 using namespace tavkit;
+
+template CHAR* tavkit::FindChar<ByteText>(const CHAR*, WORD);
+template WCHAR* tavkit::FindChar<WideText>(const WCHAR*, WORD);
+template CHAR* tavkit::FindEnd<ByteText>(const CHAR*);
+template WCHAR* tavkit::FindEnd<WideText>(const WCHAR*);
+template bool tavkit::CopyMakeAsciiz<ByteText>(const void*, DWORD, CHAR*, DWORD);
+template bool tavkit::CopyMakeAsciiz<WideText>(const void*, DWORD, WCHAR*, DWORD);
 
 LPSTR UT_API utCharNext(LPCSTR psz) { return CharNext<ByteText>(psz); }
 LPWSTR UT_API utCharNextW(LPCWSTR psz) { return CharNext<WideText>(psz); }
