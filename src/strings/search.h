@@ -162,16 +162,6 @@ Char<Text>* FindRunStart(Char<Text>* pszStart, Char<Text>* pszEnd, WORD wUnit) {
   return run < AddressOf(pszStart) ? pszStart : reinterpret_cast<Char<Text>*>(run);
 }
 
-inline Tail<CHAR> ByteText::FindTail(const Char* psz) {
-  Tail<Char> tail = {const_cast<Char*>(psz), nullptr};
-  for (;;) {
-    tail.pszEnd = reinterpret_cast<Char*>(ScanBlocks(tail.pszStart, PerhapsLeadByte()));
-    if (*tail.pszEnd == 0) return tail;
-    tail.pszPrevious = tail.pszEnd;
-    tail.pszStart = Next(tail.pszEnd);
-  }
-}
-
 }  // namespace tavkit
 
 #endif  // TAVKIT_STRINGS_SEARCH_H

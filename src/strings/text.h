@@ -114,6 +114,10 @@ Char<Text>* FindChar(const Char<Text>* psz, WORD wChar);
 template <class Text>
 Char<Text>* FindEnd(const Char<Text>* psz);
 
+// The first character that isn't wChar; NULL for NULL.
+template <class Text>
+Char<Text>* SkipLeadChar(const Char<Text>* psz, WORD wChar);
+
 // The counted copy: as much as fits, and a terminator.
 template <class Text>
 bool CopyMakeAsciiz(const void* pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest);
@@ -122,6 +126,8 @@ extern template CHAR* FindChar<ByteText>(const CHAR*, WORD);
 extern template WCHAR* FindChar<WideText>(const WCHAR*, WORD);
 extern template CHAR* FindEnd<ByteText>(const CHAR*);
 extern template WCHAR* FindEnd<WideText>(const WCHAR*);
+extern template CHAR* SkipLeadChar<ByteText>(const CHAR*, WORD);
+extern template WCHAR* SkipLeadChar<WideText>(const WCHAR*, WORD);
 extern template bool CopyMakeAsciiz<ByteText>(const void*, DWORD, CHAR*, DWORD);
 extern template bool CopyMakeAsciiz<WideText>(const void*, DWORD, WCHAR*, DWORD);
 
@@ -136,11 +142,6 @@ inline DWORD ByteText::Length(const Char* psz) {
 
 inline DWORD WideText::Length(const Char* psz) {
   return CountedSize(ByteDistance(psz, FindEnd<WideText>(psz)));
-}
-
-inline void WideText::Copy(Char* pszDest, const Char* pszSource) {
-  const Char* pszEnd = FindEnd<WideText>(pszSource);
-  MoveBytes(pszDest, pszSource, ByteDistance(pszSource, pszEnd) + kUnit);
 }
 
 inline Tail<WCHAR> WideText::FindTail(const Char* psz) {

@@ -27,10 +27,8 @@ Stretch<Text> BareText(const Char<Text>* psz) {
 // Copies a text to the end of a string, which it may be a part of, and gives the new end.
 template <class Text>
 Char<Text>* CopyToEnd(Char<Text>* pszEnd, const Stretch<Text>& text) {
-  MoveBytes(pszEnd, text.psz, text.cb);
-  pszEnd += text.cb / Text::kUnit;
-  Text::Store(pszEnd, 0);
-  return pszEnd;
+  CopyMakeAsciiz<Text>(text.psz, text.cb, pszEnd, UT_SIZE_UNCHECKED);
+  return pszEnd + text.cb / Text::kUnit;
 }
 
 // Ends a path with a backslash, unless it does already, and gives its end.
@@ -72,21 +70,27 @@ struct UncName {
   Component<Text> server, resource, path;
 };
 
-// The component after a run of backslashes, without a separator if it is the last of a name.
+// Past a run of backslashes, which are few.
 template <class Text>
-Component<Text> ComponentAfter(const Char<Text>* pszRun, bool isLast) {
-  if (pszRun == nullptr) return {};
-  Char<Text>* pszStart = SkipLeadChar<Text>(pszRun, kBackslash);
-  return {pszStart, isLast ? nullptr : FindChar<Text>(pszStart, kBackslash)};
+Char<Text>* SkipRun(Char<Text>* psz) {
+  while (Text::Load(psz) == kBackslash) ++psz;
+  return psz;
 }
 
 // The one parse: all that is said of a name is read off its result.
 template <class Text>
 UncName<Text> ParseUncName(const Char<Text>* pszName) {
-  if (CountLeadChar<Text>(pszName, kBackslash) != 2) return {};
-  const auto server = ComponentAfter<Text>(pszName, false);
-  const auto resource = ComponentAfter<Text>(server.pszSeparator, false);
-  return {server, resource, ComponentAfter<Text>(resource.pszSeparator, true)};
+  UncName<Text> name;
+  if (pszName == nullptr) return name;
+  auto* pszServer = SkipRun<Text>(const_cast<Char<Text>*>(pszName));
+  if (pszServer - pszName != 2) return name;
+  name.server = {pszServer, FindChar<Text>(pszServer, kBackslash)};
+  if (name.server.pszSeparator == nullptr) return name;
+  auto* pszResource = SkipRun<Text>(name.server.pszSeparator);
+  name.resource = {pszResource, FindChar<Text>(pszResource, kBackslash)};
+  if (name.resource.pszSeparator == nullptr) return name;
+  name.path.pszStart = SkipRun<Text>(name.resource.pszSeparator);
+  return name;
 }
 
 inline DWORD UncBits(bool hasServer, bool hasResource, bool hasPath) {
