@@ -2,9 +2,10 @@
 #ifndef TAVKIT_FRAME_MEMORY_H
 #define TAVKIT_FRAME_MEMORY_H
 
-#include <emmintrin.h>
 #include <stddef.h>
 #include <tavkit/types.h>
+
+#include "frame/sse2.h"
 
 namespace tavkit {
 
@@ -19,6 +20,16 @@ T ReadValue(const void* pSource) {
 template <class T>
 void WriteValue(void* pDest, const T& value) {
   __builtin_memcpy(pDest, &value, sizeof value);
+}
+
+// Bytes from one address up to another; one that lies below gives more than any block has.
+inline size_t ByteDistance(const void* pFrom, const void* pTo) {
+  return AddressOf(pTo) - AddressOf(pFrom);
+}
+
+template <class T>
+T* AddBytes(T* p, size_t count) {
+  return reinterpret_cast<T*>(AddressOf(p) + count);
 }
 
 // A move as two parts that meet or overlap. Both are read before either is written, as the ranges
@@ -39,9 +50,9 @@ void MoveMany(BYTE* to, const BYTE* from, size_t count);  // above 32 bytes
 inline void MoveBytes(void* pDest, const void* pSource, size_t count) {
   auto* to = static_cast<BYTE*>(pDest);
   auto* from = static_cast<const BYTE*>(pSource);
-  if (count > 2 * sizeof(__m128i)) {
+  if (count > 2 * kBlock) {
     MoveMany(to, from, count);
-  } else if (count >= 16) {
+  } else if (count >= kBlock) {
     MoveEnds<__m128i>(to, from, count);
   } else if (count >= 8) {
     MoveEnds<uint64_t>(to, from, count);
