@@ -22,10 +22,9 @@ WORD UT_API utHour24to12(WORD wHour) {
   return wRemainder == 0 ? 12 : wRemainder;
 }
 
-BOOL UT_API utIsLeapYear(WORD wYear) {
-  // Of the years that 25 divides, 4 divides those that 100 divides, and 16 those that 400 divides.
-  return wYear % (wYear % 25 == 0 ? 16 : 4) == 0;
-}
+// Three conditions in one product, right for years up to 102,499: Falk Hueffner, "A leap year check
+// in three instructions". The tests compare every year.
+BOOL UT_API utIsLeapYear(WORD wYear) { return (wYear * 1073750999u & 0xC001F00F) <= 126976; }
 
 WORD UT_API utDaysInMonth(WORD wYear, WORD wMonth) {
   if (wMonth < 1 || wMonth > tavkit::kMonths) return 0;
