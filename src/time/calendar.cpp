@@ -22,9 +22,10 @@ WORD UT_API utHour24to12(WORD wHour) {
   return wRemainder == 0 ? 12 : wRemainder;
 }
 
-// Three conditions in one product, right for years up to 102,499: Falk Hueffner, "A leap year check
-// in three instructions". The tests compare every year.
-BOOL UT_API utIsLeapYear(WORD wYear) { return (wYear * 1073750999u & 0xC001F00F) <= 126976; }
+BOOL UT_API utIsLeapYear(WORD wYear) {
+  // Of the years that 25 divides, 4 divides those that 100 divides, and 16 those that 400 divides.
+  return wYear % (wYear % 25 == 0 ? 16 : 4) == 0;
+}
 
 WORD UT_API utDaysInMonth(WORD wYear, WORD wMonth) {
   if (wMonth < 1 || wMonth > tavkit::kMonths) return 0;
@@ -48,8 +49,10 @@ WORD UT_API utDayOfWeek(WORD wYear, WORD wMonth, WORD wDay) {
     month += 12;
     --year;
   }
-  const int centuries = year / 100;
-  const int leapDays = year / 4 - centuries + centuries / 4;
+  // The quotients truncate toward zero, so that those of the year -1 are 0.
+  const DWORD full = year < 0 ? 0 : static_cast<DWORD>(year);
+  const DWORD centuries = full / 100;
+  const int leapDays = static_cast<int>(full / 4 - centuries + centuries / 4);
   const int days = (3 * month + 3) / 5 + 2 * month + year + leapDays + wDay;
   return static_cast<WORD>((static_cast<DWORD>(days) + 1) % 7);  // the days are never below zero
 }
