@@ -8,13 +8,14 @@ namespace {
 
 bool recording;
 std::vector<Call> journal;
+std::function<void(const Call&)> observer;
 
 unsigned callsToFailure;  // 0: no failure is planned
 const char* failingOperation;
 DWORD failureCode;
 bool failureCame;
 
-void Watch() { detail::watching = recording || callsToFailure != 0; }
+void Watch() { detail::watching = recording || observer || callsToFailure != 0; }
 
 std::vector<void (*)()>& Resets() {
   static std::vector<void (*)()> resets;
@@ -26,6 +27,7 @@ std::vector<void (*)()>& Resets() {
 bool detail::watching;
 
 bool detail::Enter(const char* operation, std::vector<std::uintptr_t> arguments, bool canFail) {
+  if (observer) observer({operation, arguments});
   if (recording) journal.push_back({operation, std::move(arguments)});
   if (!canFail || callsToFailure == 0) return false;
   if (failingOperation != nullptr && std::strcmp(operation, failingOperation) != 0) return false;
@@ -38,6 +40,7 @@ bool detail::Enter(const char* operation, std::vector<std::uintptr_t> arguments,
 void Reset() {
   recording = false;
   journal.clear();
+  observer = nullptr;
   FailCall(0);
   for (auto* reset : Resets()) reset();
 }
@@ -57,6 +60,11 @@ std::vector<Call> TakeJournal() {
   recording = false;
   Watch();
   return std::exchange(journal, {});
+}
+
+void ShowCalls(std::function<void(const Call&)> look) {
+  observer = std::move(look);
+  Watch();
 }
 
 void FailCall(unsigned n, DWORD code, const char* operation) {

@@ -96,8 +96,9 @@ int UT_API lstrcmpA(LPCSTR psz1, LPCSTR psz2) {
   return host::Compare(psz1, psz2, false);
 }
 
+// A planned failure gives the failure's code as the result.
 int UT_API lstrcmpiA(LPCSTR psz1, LPCSTR psz2) {
-  host::Enter("lstrcmpiA", psz1, psz2);
+  if (host::Fails("lstrcmpiA", psz1, psz2)) return static_cast<int>(host::FailureCode());
   return host::Compare(psz1, psz2, true);
 }
 
