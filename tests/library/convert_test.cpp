@@ -26,13 +26,10 @@ std::uintptr_t Word(const void* p) { return reinterpret_cast<std::uintptr_t>(p);
 // Texts in which digits are frequent and everything next to the classes occurs.
 std::string AnyText(test::Choices& choices, unsigned maxLength) {
   auto text = choices.Text<char>({'0', '7', '9', 'a', 'F', '0', '5', '4', '3', '2'}, maxLength);
-  const std::vector<char> others = {
-      ' ',    '\t',   '\r',   '\x0E', '\x08',
-      '+',    '-',    '/',    ':',    'x',
-      '@',    'G',    '`',    'g',    '\x80',
-      '\x81', '\xA0', '\xB5', '\xFF', static_cast<char>(1 + choices.Below(255))};
+  const std::string others = " \t\r\x0E\x08+-/:x@G`g\x80\x81\xA0\xB5\xFF";
   for (auto& c : text) {
-    if (choices.Below(6) == 0) c = choices.Of(others);
+    if (choices.Below(6) == 0) c = others[choices.Below(others.size())];
+    if (choices.Below(60) == 0) c = static_cast<char>(1 + choices.Below(255));
   }
   return std::string(choices.Below(3), ' ') + (choices.Below(4) == 0 ? "-" : "") + text;
 }

@@ -28,10 +28,8 @@ std::vector<host::Call> CallsOf(unsigned n, Work work, int code = 0) {
 
 PROPERTY(Geometry, IsReadInTheParentAndChangedByAnyDelta, 800) {
   using Change = BOOL(UT_API*)(HWND, INT, INT);
-  const std::vector<LONG> numbers = {
-      INT_MIN, INT_MIN + 1, -110,
-      -4,      0,           3,
-      110,     INT_MAX,     static_cast<LONG>(choices.Below(0xFFFFFFFF))};
+  const auto any = static_cast<LONG>(choices.Below(0xFFFFFFFF));
+  const std::vector<LONG> numbers = {INT_MIN, INT_MIN + 1, -110, -4, 0, 3, 110, INT_MAX, any};
   const auto number = [&] { return choices.Of(numbers); };
   const HWND hWndOuter = host::AddWindow({});
   const HWND hWndParent = choices.Below(4) == 0 ? nullptr : hWndOuter;

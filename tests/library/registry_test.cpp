@@ -23,6 +23,7 @@ const HKEY kUser = HKEY_CURRENT_USER;
 constexpr char kPath[] = "Software\\Brindlex\\prod\\sec";
 constexpr DWORD kSz = REG_SZ, kExpand = REG_EXPAND_SZ, kBinary = REG_BINARY, kDword = REG_DWORD;
 constexpr DWORD kBadData = ERROR_INVALID_DATA, kMoreData = ERROR_MORE_DATA;
+constexpr DWORD kMissing = ERROR_FILE_NOT_FOUND, kBad = ERROR_INVALID_PARAMETER;
 constexpr BOOL kOwn = 0x55000000;  // a default that is no stored value, in its high byte only
 
 void Put(const char* path, const char* name, DWORD type, const std::string& data) {
@@ -59,22 +60,22 @@ TEST(RegistryValues, ReachThePlatformAsTheyCome) {
   // What is called between opening `sub` with an access and closing it; all of it if that is 0.
   // clang-format off
   const struct { std::function<DWORD()> call; DWORD result, access; std::string calls; } rows[] = {
-      {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0); }, 2, 0, "OpenKey u none 0 2 *; "},
+      {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0); }, kMissing, 0, "OpenKey u none 0 2 *; "},
       {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0x10000); }, 0, 0, "OpenKey u none 0 2 *; "
        "CreateKey u none 0 0 0 983103 0 * *; SetValue 8 v 0 3 d 2; CloseKey 8; "},
       {[&] { return utRegSetValue(u, sub, nullptr, 9, d, 0, 1); }, 0, 2, "SetValue 8 0 0 9 d 0; "},
       {[&] { return utRegSetValue(u, nullptr, v, 3, d, 2, 1); }, 0, 0, "SetValue u v 0 3 d 2; "},
       {[&] { return utRegQueryValue(u, sub, v, &t, d, &n); }, 0, 1, "QueryValue 8 v 0 t d n; "},
-      {[&] { return utRegQueryValue(u, nullptr, v, nullptr, d, &n); }, 2, 0,
+      {[&] { return utRegQueryValue(u, nullptr, v, nullptr, d, &n); }, kMissing, 0,
        "QueryValue u v 0 0 d n; "},
-      {[&] { return utRegQueryValue(u, empty, v, &t, d, nullptr); }, 87, 0,
+      {[&] { return utRegQueryValue(u, empty, v, &t, d, nullptr); }, kBad, 0,
        "OpenKey u empty 0 1 *; QueryValue 8 v 0 t d 0; CloseKey 8; "},
-      {[&] { return utRegQueryValue(u, none, v, &t, d, &n); }, 2, 0, "OpenKey u none 0 1 *; "},
+      {[&] { return utRegQueryValue(u, none, v, &t, d, &n); }, kMissing, 0, "OpenKey u none 0 1 *; "},
       {[&] { return utRegVerifyValue(u, sub, v, &t); }, 1, 1, "QueryValue 8 v 0 t 0 *; "},
       {[&] { return utRegVerifyValue(u, nullptr, v, nullptr); }, 0, 0, "QueryValue u v 0 0 0 *; "},
       {[&] { return utRegDeleteValue(u, sub, v); }, 0, 2, "DeleteValue 8 v; "},
-      {[&] { return utRegDeleteValue(u, sub, none); }, 2, 2, "DeleteValue 8 none; "},
-      {[&] { return utRegDeleteValue(u, nullptr, v); }, 2, 0, "DeleteValue u v; "},
+      {[&] { return utRegDeleteValue(u, sub, none); }, kMissing, 2, "DeleteValue 8 none; "},
+      {[&] { return utRegDeleteValue(u, nullptr, v); }, kMissing, 0, "DeleteValue u v; "},
       {[&] { return utRegVerifyKey(u, sub); }, 1, 1, ""},
       {[&] { return utRegVerifyKey(u, none); }, 0, 0, "OpenKey u none 0 1 *; "},
       {[&] { return utRegVerifyKey(u, nullptr) | utRegVerifyKey(u, empty); }, 0, 0, ""},
@@ -147,10 +148,9 @@ TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {
     ASSERT_EQ(*number.As<DWORD>(), kept);
     ASSERT_EQ(utRegGetPrivateUserDword("sec", "v", kOwn, "prod"), expected(0));
   }
-  EXPECT_EQ(utRegGetValueBool(kUser, kPath, "none", -7, &value), DWORD{ERROR_FILE_NOT_FOUND});
+  EXPECT_EQ(utRegGetValueBool(kUser, kPath, "none", -7, &value), kMissing);
   EXPECT_EQ(value, -7);
-  EXPECT_EQ(utRegGetValueDword(kUser, nullptr, "v", 77, number.As<DWORD>()),
-            DWORD{ERROR_FILE_NOT_FOUND});
+  EXPECT_EQ(utRegGetValueDword(kUser, nullptr, "v", 77, number.As<DWORD>()), kMissing);
   EXPECT_EQ(*number.As<DWORD>(), 77u);
   Put(kPath, "v", REG_SZ, "TRUE\0"s);
   host::FailCall(1, 0x10000, "lstrcmpiA");  // a difference in its high half
@@ -210,11 +210,11 @@ TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
   const auto& k = kPath;
   // clang-format off
   const struct { std::function<DWORD(BOOL)> set; Value stored; DWORD withoutFlag; } rows[] = {
-      {[&](BOOL f) { return utRegSetValueString(u, k, "v", "hello", f); }, {kSz, "hello\0"s}, 2},
-      {[&](BOOL f) { return utRegSetValueString(u, k, "v", nullptr, f); }, {kSz, "\0"s}, 2},
-      {[&](BOOL f) { return utRegSetValueDword(u, k, "v", 0x44332211, f); }, {kDword, "\x11\"3D"}, 2},
-      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0x10000, f); }, {kBinary, "\1"}, 2},
-      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0, f); }, {kBinary, "\0"s}, 2},
+      {[&](BOOL f) { return utRegSetValueString(u, k, "v", "hello", f); }, {kSz, "hello\0"s}, kMissing},
+      {[&](BOOL f) { return utRegSetValueString(u, k, "v", nullptr, f); }, {kSz, "\0"s}, kMissing},
+      {[&](BOOL f) { return utRegSetValueDword(u, k, "v", 0x44332211, f); }, {kDword, "\x11\"3D"}, kMissing},
+      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0x10000, f); }, {kBinary, "\1"}, kMissing},
+      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0, f); }, {kBinary, "\0"s}, kMissing},
       {[&](BOOL) { return !utRegWritePrivateUserString("sec", "v", "", "prod"); }, {kSz, "\0"s}, 0},
       {[&](BOOL) { return !utRegWritePrivateUserDword("sec", "v", 5, "prod"); }, {kDword, "\5\0\0\0"s}, 0},
       {[&](BOOL) { return !utRegWritePrivateUserBool("sec", "v", 0x10000, "prod"); }, {kBinary, "\1"}, 0},
@@ -295,27 +295,8 @@ std::vector<DWORD> CallAll(const char* s, const char* p) {
 
 TEST(PrivateSettings, ReachNothingWithAPathThatDoesNotFit) {
   const std::vector<DWORD> fits = {1, 1, 1, 1, 1, 1, 1, 5, 1, 0, 0, 1, 0, 0, 0, 4, 4, 4, 5, 'd', 0};
-  const std::vector<DWORD> none = {0,
-                                   0,
-                                   0,
-                                   0,
-                                   0,
-                                   0,
-                                   0,
-                                   77,
-                                   55,
-                                   ERROR_INVALID_PARAMETER,
-                                   ERROR_FILE_NOT_FOUND,
-                                   0,
-                                   0,
-                                   0,
-                                   ERROR_INVALID_PARAMETER,
-                                   111,
-                                   222,
-                                   8,
-                                   333,
-                                   '?',
-                                   1};
+  const std::vector<DWORD> none = {0, 0, 0, 0,    0,   0,   0, 77,  55,  kBad, kMissing,
+                                   0, 0, 0, kBad, 111, 222, 8, 333, '?', 1};
   const std::string part(120, 'x'), longer(121, 'y');
   EXPECT_EQ(CallAll("sec", "prod"), fits);
   EXPECT_EQ(CallAll(part.c_str(), part.c_str()), fits);
@@ -325,42 +306,6 @@ TEST(PrivateSettings, ReachNothingWithAPathThatDoesNotFit) {
     EXPECT_EQ(CallAll(std::string(5000, 'z').c_str(), nullptr), none);
   });
   EXPECT_EQ(calls, "");
-}
-
-std::string PathOf(const char* product, const char* section) {
-  char path[100];
-  utRegPathBrindlexSoftware(path, sizeof path, section, product);
-  return path;
-}
-
-// What a value gives as a boolean.
-BOOL BoolOf(const Value& value, BOOL fDefault) {
-  const auto& [type, data] = value;
-  if (data.size() > 48 || data.empty()) return fDefault;
-  if (type == REG_BINARY) return data[0] != 0;
-  if (type == REG_DWORD && data.size() >= 4) return data.substr(0, 4) != "\0\0\0\0"s;
-  if (type != REG_SZ) return fDefault;
-  const auto text = host::FoldName(data.c_str());
-  for (const char* yes : {"TRUE", "YES", "ON", "1"})
-    if (text == yes) return 1;
-  for (const char* no : {"FALSE", "NO", "OFF", "0"})
-    if (text == no) return 0;
-  return fDefault;
-}
-
-// What a read as a text leaves in a buffer: the value where it fits, and over it, unless it is a
-// text, as much of the default as fits, with a second zero where there is room.
-std::string BufferWith(const Value* value, const char* pszDefault, std::string buffer) {
-  const auto put = [&](std::string bytes, std::size_t zeros) {
-    bytes.append(zeros, 0).resize(std::min(bytes.size(), buffer.size()));
-    buffer.replace(0, bytes.size(), bytes);
-  };
-  const bool fits = value != nullptr && value->second.size() <= buffer.size();
-  if (fits) put(value->second, 0);
-  if ((fits && value->first == REG_SZ) || buffer.empty()) return buffer;
-  const auto text = ""s + (pszDefault == nullptr ? "" : pszDefault);
-  put(text.substr(0, buffer.size() - 1), pszDefault == nullptr ? 1 : 2);
-  return buffer;
 }
 
 struct Setting {
@@ -378,65 +323,32 @@ struct Setting {
 
 // Writes a setting, deletes it or leaves it alone, and the model of all settings likewise.
 void Change(test::Choices& choices, const Setting& setting, std::map<std::string, Value>& model) {
-  enum { kText, kNumber, kBoolean, kAnyValue, kDeletion, kNone };
+  enum { kText, kBytes, kDeletion, kNone };
   const auto& [section, product, name] = setting;
-  auto change = choices.Of<int>({kText, kNumber, kBoolean, kAnyValue, kDeletion, kNone, kNone});
-  if (change == kDeletion) {
+  const int change = choices.Of<int>({kText, kBytes, kDeletion, kNone});
+  const auto data = choices.Text<char>({0, 'O', '\x81'}, choices.Of<unsigned>({5, 60}));
+  if (change == kText) {
+    ASSERT_EQ(utRegWritePrivateUserString(section, name, data.c_str(), product), 1);
+    model[setting.Place()] = {REG_SZ, data.c_str() + "\0"s};
+  } else if (change == kBytes) {
+    ASSERT_EQ(utRegWritePrivateUserBinary(section, name, data.data(), data.size(), product), 1);
+    model[setting.Place()] = {REG_BINARY, data};
+  } else if (change == kDeletion) {
     const bool wasThere = model.erase(setting.Place()) != 0;
     ASSERT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), wasThere);
-  } else if (change == kText) {
-    const auto text = choices.Of<std::string>({"", "on", "nO", "1", "longer than eight"});
-    ASSERT_EQ(utRegWritePrivateUserString(section, name, text.c_str(), product), 1);
-    model[setting.Place()] = {REG_SZ, text + '\0'};
-  } else if (change == kNumber) {
-    ASSERT_EQ(utRegWritePrivateUserDword(section, name, 0x12345678, product), 1);
-    model[setting.Place()] = {REG_DWORD, "\x78\x56\x34\x12"};
-  } else if (change == kBoolean) {
-    const BOOL value = choices.Of<BOOL>({0, 1, 0x100});
-    ASSERT_EQ(utRegWritePrivateUserBool(section, name, value, product), 1);
-    model[setting.Place()] = {REG_BINARY, std::string(1, value != 0)};
-  } else if (change == kAnyValue) {
-    const auto type = choices.Of<DWORD>({kBinary, kSz, kDword, kExpand, 99});
-    const auto length = choices.Of<unsigned>({5, 60});
-    const auto data = choices.Text<char>({0, 1, 'O', 'n', 'N', '\x81'}, length);
-    Put(PathOf(product, section).c_str(), name, type, data);
-    model[setting.Place()] = {type, data};
   }
 }
 
-// Reads a setting in every form; its value is NULL if there is none.
+// Reads a setting as it is stored; its value is NULL if there is none.
 void CheckReads(test::Choices& choices, const Setting& setting, const Value* value) {
   const auto& [section, product, name] = setting;
   GuardedBuffer buffer(choices.Below(64));
   const bool fits = value != nullptr && value->second.size() <= buffer.size();
   DWORD type = 99, size = buffer.size();
-  ASSERT_EQ(utRegGetPrivateUserBinary(section, name, &type, buffer.data(), &size, product),
-            fits               ? DWORD{0}
-            : value != nullptr ? kMoreData
-                               : ERROR_FILE_NOT_FOUND);
-  ASSERT_EQ(type, value != nullptr ? value->first : 99);
-  if (value != nullptr) ASSERT_EQ(size, value->second.size());
-  if (fits) ASSERT_EQ(std::string(buffer.As<char>(), size), value->second);
+  const DWORD code = fits ? 0 : value != nullptr ? kMoreData : kMissing;
+  ASSERT_EQ(utRegGetPrivateUserBinary(section, name, &type, buffer.data(), &size, product), code);
+  if (fits) ASSERT_EQ(Value(type, std::string(buffer.As<char>(), size)), *value);
   ASSERT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), value != nullptr);
-
-  DWORD number = kOwn;
-  if (value != nullptr && value->first == REG_DWORD && value->second.size() <= sizeof number) {
-    number = 0;
-    std::memcpy(&number, value->second.data(), value->second.size());
-  }
-  ASSERT_EQ(utRegGetPrivateUserDword(section, name, kOwn, product), number);
-  ASSERT_EQ(utRegGetPrivateUserBool(section, name, kOwn, product),
-            value != nullptr ? BoolOf(*value, kOwn) : kOwn);
-
-  const char* pszDefault = choices.Of<const char*>({nullptr, "", "none"});
-  buffer.Refill();
-  const auto after = BufferWith(value, pszDefault, std::string(buffer.size(), '\xCD'));
-  const bool isRead = fits && value->first == REG_SZ;
-  const auto length = std::min(after.find('\0'), isRead ? value->second.size() : after.size());
-  ASSERT_EQ(utRegGetPrivateUserString(section, name, pszDefault, buffer.As<char>(), buffer.size(),
-                                      product),
-            length);
-  ASSERT_EQ(std::string(buffer.As<char>(), buffer.size()), after);
 }
 
 PROPERTY(PrivateSettings, LiveAsAMap, 80) {

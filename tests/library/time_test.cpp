@@ -232,21 +232,6 @@ TEST(Calendar, AgreesWithChronoOnEveryDate) {
   }
 }
 
-PROPERTY(Calendar, CountsOnFromAnyDay, 1000) {
-  using namespace std::chrono;
-  const auto wYear = static_cast<WORD>(1 + choices.Below(0xFFFF));
-  const auto wMonth = static_cast<WORD>(1 + choices.Below(14));
-  const auto wDay = static_cast<WORD>(choices.Below(0x10000));
-  // The calendar repeats itself after 400 years, which are whole weeks.
-  const auto same = year(2000 + wYear % 400);
-  const sys_days start = same / January / 1;
-  const auto before = sys_days(same / January / 1 + months(wMonth - 1)) - start;
-  const auto passed = std::min(before, sys_days((same + years(1)) / January / 1) - start);
-  EXPECT_EQ(utDayOfWeek(wYear, wMonth, wDay),
-            weekday(start + before + days(wDay) - days(1)).c_encoding());
-  EXPECT_EQ(utDayOfYear(wYear, wMonth, wDay), (wDay + passed.count()) % 0x10000);
-}
-
 TEST(Calendar, TakesAnyNumber) {
   for (unsigned n = 0; n <= 0xFFFF; ++n) {
     const auto w = static_cast<WORD>(n);
