@@ -15,13 +15,13 @@
 
 namespace {
 
-constexpr DWORD kPathNotFound = 3, kNotEnoughMemory = 8;
-constexpr DWORD kNotFoundBelowMore = 0x10000 | ERROR_FILE_NOT_FOUND;
+constexpr DWORD kPathNotFound = 3, kNotEnoughMemory = 8, kMissingBelowMore = 0x10002;
 
 const HKEY kUser = HKEY_CURRENT_USER;
 constexpr char kKey[] = "Software\\Brindlex\\p\\s", kNoKey[] = "Software\\Brindlex\\p\\t";
 constexpr FILETIME kFile = {0x09ACA700, 0x01BD2870};
 constexpr SYSTEMTIME kSystem = {1998, 1, 6, 24, 2, 30, 30, 0};
+constexpr char kUntouched = 0x0D;
 constexpr WORD kDate = 0x2438, kTime = 0x13CF;
 constexpr NETRESOURCEA kRecord = {};
 constexpr NETRESOURCEW kWideRecord = {};
@@ -33,7 +33,7 @@ struct Setup {
   HWND hDlg = nullptr;
 
   Setup() {
-    output.fill(0x0D);
+    output.fill(kUntouched);
     host::Reset();
     utRegSetValueString(kUser, kKey, "sz", "text", 1);
     utRegSetValueDword(kUser, kKey, "dw", 5, 1);
@@ -159,14 +159,15 @@ Run Perform(const Call& call, const char* operation = nullptr, unsigned n = 0, D
 
 std::vector<DWORD> CodesOf(std::string_view operation) {
   if (operation.starts_with("Reg")) {
-    return {ERROR_FILE_NOT_FOUND, kPathNotFound,     ERROR_ACCESS_DENIED,
-            ERROR_INVALID_HANDLE, kNotEnoughMemory,  ERROR_INVALID_PARAMETER,
-            ERROR_MORE_DATA,      kNotFoundBelowMore};
+    return {ERROR_FILE_NOT_FOUND, kPathNotFound,    ERROR_ACCESS_DENIED,
+            ERROR_INVALID_HANDLE, kNotEnoughMemory, ERROR_INVALID_PARAMETER,
+            ERROR_MORE_DATA,      kMissingBelowMore};
   }
   if (operation == "LoadStringA") return {0, ~0u};
   return {0};
 }
 
+// Whether the call ends there and tells its caller; some go on.
 bool IsFailure(MissingKey missingKey, std::string_view operation, DWORD code) {
   for (const char* ignored : {"RegCloseKey", "SetWindowPos", "GetParent", "ScreenToClient"}) {
     if (operation == ignored) return false;
@@ -178,13 +179,13 @@ bool IsFailure(MissingKey missingKey, std::string_view operation, DWORD code) {
 void CheckFailure(const Outcome& outcome, Run run, const std::string& operation, DWORD code,
                   const host::RegistryKey& before) {
   ASSERT_EQ(run.result, outcome.failure == kThatCode ? code : outcome.failure);
-  auto expected = Setup().output;
+  std::array<char, 64> expected;
+  expected.fill(kUntouched);
   std::copy(outcome.left.begin(), outcome.left.end(), expected.begin());
   ASSERT_EQ(run.setup.output, expected);
   // What releases, and what measures a default, comes after a failure too.
-  for (const char* release : {"RegCloseKey", "LocalFree", "lstrlenA"}) {
+  for (auto* release : {"RegCloseKey", "LocalFree", "lstrlenA"})
     std::erase(run.operations, release);
-  }
   ASSERT_EQ(run.operations.back(), operation) << "is the last call";
   // A key that was made for a value stays.
   if (operation != "RegSetValueExA") ASSERT_TRUE(*host::CurrentRegistry() == before);
@@ -198,7 +199,7 @@ void Check(const Call& call, const Outcome& outcome) {
   for (const auto& operation : std::set(operations.begin(), operations.end())) {
     for (const DWORD code : CodesOf(operation)) {
       SCOPED_TRACE(call.text + (": " + operation) + " gives " + std::to_string(code));
-      for (unsigned n = 1;; ++n, ++failures) {
+      for (unsigned n = 1;; ++n, ++failures) {  // until there is no n-th call
         const auto run = Perform(call, operation.c_str(), n, code);
         ASSERT_EQ(host::LivingKeyHandles() + host::LivingBlocks(), 0u);
         if (run.failureCame && operation.starts_with("lstr")) continue;
