@@ -206,15 +206,13 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
 }
 
 TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
-  const HKEY u = kUser;
-  const auto& k = kPath;
   // clang-format off
   const struct { std::function<DWORD(BOOL)> set; Value stored; DWORD withoutFlag; } rows[] = {
-      {[&](BOOL f) { return utRegSetValueString(u, k, "v", "hello", f); }, {kSz, "hello\0"s}, kMissing},
-      {[&](BOOL f) { return utRegSetValueString(u, k, "v", nullptr, f); }, {kSz, "\0"s}, kMissing},
-      {[&](BOOL f) { return utRegSetValueDword(u, k, "v", 0x44332211, f); }, {kDword, "\x11\"3D"}, kMissing},
-      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0x10000, f); }, {kBinary, "\1"}, kMissing},
-      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0, f); }, {kBinary, "\0"s}, kMissing},
+      {[&](BOOL f) { return utRegSetValueString(kUser, kPath, "v", "hello", f); }, {kSz, "hello\0"s}, kMissing},
+      {[&](BOOL f) { return utRegSetValueString(kUser, kPath, "v", nullptr, f); }, {kSz, "\0"s}, kMissing},
+      {[&](BOOL f) { return utRegSetValueDword(kUser, kPath, "v", 0x44332211, f); }, {kDword, "\x11\"3D"}, kMissing},
+      {[&](BOOL f) { return utRegSetValueBool(kUser, kPath, "v", 0x10000, f); }, {kBinary, "\1"}, kMissing},
+      {[&](BOOL f) { return utRegSetValueBool(kUser, kPath, "v", 0, f); }, {kBinary, "\0"s}, kMissing},
       {[&](BOOL) { return !utRegWritePrivateUserString("sec", "v", "", "prod"); }, {kSz, "\0"s}, 0},
       {[&](BOOL) { return !utRegWritePrivateUserDword("sec", "v", 5, "prod"); }, {kDword, "\5\0\0\0"s}, 0},
       {[&](BOOL) { return !utRegWritePrivateUserBool("sec", "v", 0x10000, "prod"); }, {kBinary, "\1"}, 0},
@@ -287,9 +285,7 @@ std::vector<DWORD> CallAll(const char* s, const char* p) {
   add(utRegWritePrivateUserString(s, "v", nullptr, p));
   add(utRegWritePrivateUserBinary(s, "v", nullptr, 9, p));
   add(utRegDeletePrivateUserKey(s, p));
-  for (const DWORD left : {type1, type2, size, data}) add(left);
-  add(text[0]);
-  add(key == untouched);
+  results.insert(results.end(), {type1, type2, size, data, DWORD(text[0]), key == untouched});
   return results;
 }
 
