@@ -159,14 +159,11 @@ PROPERTY(DefaultButton, IsAskedForAndSetCallByCall, 1600) {
       choices.Of<DWORD>({0, its, its, 0x534B0006, 0x534A0000 | idShort, idShort, 0xFFFFFFFF});
   const HWND hWnd = GetDlgItem(hDlg, idButton);
   const HWND hWndFocus = choices.Of<HWND>({nullptr, hWnd, GetDlgItem(hDlg, 6)});
-  const bool isEnabled = choices.Below(2) != 0, isOvertaken = choices.Below(2) != 0;
+  const bool isEnabled = choices.Below(2) != 0, isOvertaken = hWnd && choices.Below(2) != 0;
   const BOOL success = choices.Of<BOOL>({1, 0x10000});
   host::SetSuccess(success);
-  host::ShowCalls([&](const host::Call& call) {
-    // Somebody else disables the button just before.
-    if (isOvertaken && hWnd && call.operation == "EnableWindow") {
-      host::WindowOf(hWnd).isEnabled = false;
-    }
+  host::ShowCalls([&](const host::Call& call) {  // somebody else disables the button just before
+    if (isOvertaken && call.operation == "EnableWindow") host::WindowOf(hWnd).isEnabled = false;
   });
   const unsigned calls = choices.Below(5) == 0 ? 10 : 0;
   for (unsigned n = 0; n <= calls; ++n) {
