@@ -97,10 +97,9 @@ TEST(RegistryValues, ReachThePlatformAsTheyCome) {
     ASSERT_EQ(Calls([&] { got = call(); }, names), calls);
     ASSERT_EQ(got, result) << calls;
     ASSERT_EQ(disposition, 0u) << "before the key was created";
-    if (key != nullptr) RegCloseKey(key);
-    key = nullptr;
+    if (key != nullptr) RegCloseKey(std::exchange(key, nullptr));
   }
-  EXPECT_EQ(t, 3u);
+  EXPECT_EQ(t, kBinary);
 }
 
 TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {

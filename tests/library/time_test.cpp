@@ -315,7 +315,7 @@ TEST(LocaleNames, TellTheClockByTheNumberOne) {
   auto call = host::TakeJournal().at(0);
   call.arguments.erase(call.arguments.begin() + 2);  // the local buffer
   EXPECT_EQ(call, (host::Call{"GetLocaleInfoA", {0x400, 0x23, 16}}));
-  EXPECT_EQ(clock("0000000000000001"), 0);  // leaves no room for its terminator
+  EXPECT_EQ(clock("0000000000000001"), 0);  // leaves no byte for its terminator
 }
 
 }  // namespace
