@@ -1,6 +1,7 @@
 #include "host.h"
 
 #include <cstring>
+#include <thread>
 #include <utility>
 
 namespace host {
@@ -13,8 +14,9 @@ unsigned callsToFailure;  // 0: no failure is planned
 const char* failingOperation;
 DWORD failureCode;
 bool failureCame;
+bool interleaving;
 
-void Watch() { detail::watching = recording || callsToFailure != 0; }
+void Watch() { detail::watching = recording || callsToFailure != 0 || interleaving; }
 
 std::vector<void (*)()>& Resets() {
   static std::vector<void (*)()> resets;
@@ -26,6 +28,7 @@ std::vector<void (*)()>& Resets() {
 bool detail::watching;
 
 bool detail::Enter(const char* operation, std::vector<std::uintptr_t> arguments, bool canFail) {
+  if (interleaving) std::this_thread::yield();
   if (recording) journal.push_back({operation, std::move(arguments)});
   if (!canFail || callsToFailure == 0) return false;
   if (failingOperation != nullptr && std::strcmp(operation, failingOperation) != 0) return false;
@@ -37,6 +40,7 @@ bool detail::Enter(const char* operation, std::vector<std::uintptr_t> arguments,
 
 void Reset() {
   recording = false;
+  interleaving = false;
   journal.clear();
   FailCall(0);
   for (auto* reset : Resets()) reset();
@@ -68,6 +72,11 @@ void FailCall(unsigned n, DWORD code, const char* operation) {
 }
 
 bool FailureCame() { return failureCame; }
+
+void InterleaveThreads(bool on) {
+  interleaving = on;
+  Watch();
+}
 
 DWORD FailureCode() { return failureCode; }
 

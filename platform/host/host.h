@@ -38,6 +38,10 @@ void FailCall(unsigned n, DWORD code = 0, const char* operation = nullptr);
 // Whether the call that FailCall() named has come.
 bool FailureCame();
 
+// Whether a thread lets the others go on at every operation, so that what they share by mistake
+// shows. To be set while no other thread runs.
+void InterleaveThreads(bool on);
+
 // The code to fail with.
 DWORD FailureCode();
 

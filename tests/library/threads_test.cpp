@@ -1,5 +1,6 @@
 // Calls on different data from several threads at once: what a checker of threads watches.
 #include <gtest/gtest.h>
+#include <host.h>
 #include <tavkit.h>
 
 #include <thread>
@@ -9,7 +10,7 @@
 namespace {
 
 constexpr char kMarks[] = "abcd";  // one for each thread, in all that it works on
-constexpr int kTurns = 20;
+constexpr int kTurns = 40;
 
 // A text on the stack of a thread. The library reads whole aligned blocks of 16 bytes, so the blocks
 // of a text hold nothing else: on the heap they could hold what another thread writes.
@@ -81,6 +82,7 @@ TEST(Threads, GetWhatEachWouldGetAlone) {
   std::vector<std::string> expected;
   for (int i = 0; kMarks[i] != 0; ++i) expected.push_back(Work(kMarks[i]));
   std::vector<std::thread> threads;
+  host::InterleaveThreads(true);
   std::vector<int> mistakes(expected.size());
   for (std::size_t i = 0; i < expected.size(); ++i) {
     threads.emplace_back([&, i] {
@@ -90,6 +92,7 @@ TEST(Threads, GetWhatEachWouldGetAlone) {
     });
   }
   for (auto& thread : threads) thread.join();
+  host::InterleaveThreads(false);
   for (std::size_t i = 0; i < threads.size(); ++i) EXPECT_EQ(mistakes[i], 0) << kMarks[i];
 }
 
