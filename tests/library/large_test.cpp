@@ -121,10 +121,36 @@ TYPED_TEST(LargeTest, SumsOfSizesDontWrap) {
   EXPECT_EQ(F::InsertMultiAsciiz(pList, pList, pList, cbMember + 2 * this->kUnit), 0);
 }
 
-// The same by a platform that gives one of the strings a length of nearly 4 GiB.
+#if __SIZEOF_POINTER__ == 8
+
+// A string can be longer than 32 bits count. It fits nowhere.
+TYPED_TEST(LargeTest, StringsOf4GiBAreRefused) {
+  using F = TypeParam;
+  using Char = typename F::Char;
+  for (const std::size_t size : {0xFFFFFFFEull, 0x100000010ull}) {
+    const test::RepeatedText text(size);
+    const auto* psz = text.template As<Char>();
+    GuardedBuffer out(64);
+    auto* pszOut = out.template As<Char>();
+    EXPECT_EQ(F::BuildUNCName(pszOut, out.size(), nullptr, nullptr, psz), 0);
+    EXPECT_EQ(F::ServerName(psz, UT_SERVERNAME_UNC, pszOut, out.size()), 0);
+    for (DWORD cbRemaining : {64u, UT_SIZE_UNCHECKED}) {
+      EXPECT_EQ(F::CopyNextAsciiz(psz, &pszOut, &cbRemaining), 0);
+    }
+    const HXBUF hXBuf = utXBufCreate(64, out.data());
+    EXPECT_EQ(F::XBufCopyStringTo(hXBuf, UT_XBUF_BACK, psz, nullptr), 0);
+    utXBufDestroy(hXBuf);
+    EXPECT_TRUE(out.IsUntouched(this->kUnit));
+  }
+}
+
+#else
+
+// A platform that gives one of the strings a length of nearly 4 GiB.
 TEST(Sums, OfPlannedLengthsDontWrap) {
   char a[] = "a", list[] = "b\0c\0";
   const NETRESOURCEA record = {1, 2, 3, 4, a, a, a, a};
+  const HXBUF hXBuf = utXBufCreate(64, nullptr);
   for (const DWORD length : {0xFFFFFFFFu, 0xFFFFFFFEu, 0xFFFFFFF9u}) {
     const auto check = [&](unsigned strings, const auto& call) {
       for (unsigned n = 1; n <= strings; ++n) {
@@ -136,18 +162,19 @@ TEST(Sums, OfPlannedLengthsDontWrap) {
       }
     };
     check(3, [&](char* out) { return utBuildUNCName(out, 64, a, a, a); });
-    check(length > 0xFFFFFFFC,
-          [&](char* out) { return utServerName(a, UT_SERVERNAME_UNC, out, 64); });
-    for (const DWORD cbList : {64u, UT_SIZE_UNCHECKED - 4}) {
+    check(1, [&](char* out) { return utServerName(a, UT_SERVERNAME_UNC, out, 64); });
+    for (DWORD cbList : {64u, UT_SIZE_UNCHECKED - 8}) {
       check(1, [&](char*) { return utInsertMultiAsciiz(a, list, list, cbList); });
       check(1, [&](char*) { return utAppendMultiAsciiz(a, list, cbList); });
+      check(1, [&](char* out) { return utCopyNextAsciiz(a, &out, &cbList); });
     }
-    check(1, [&](char* out) {
-      DWORD cbRemaining = 64;
-      return utCopyNextAsciiz(a, &out, &cbRemaining);
-    });
+    check(1, [&](char*) { return utXBufCopyStringTo(hXBuf, UT_XBUF_BACK, a, nullptr); });
     check(4, [&](char* out) { return utCopyNETRESOURCE(&record, out, 64, UT_NR_ALL, nullptr); });
+    check(4, [&](char*) { return utCopyNETRESOURCE_XBuffer(&record, hXBuf, UT_NR_ALL, nullptr); });
   }
+  utXBufDestroy(hXBuf);
 }
+
+#endif
 
 }  // namespace

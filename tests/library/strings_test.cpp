@@ -297,7 +297,9 @@ TEST(WideStrings, GiveNullForAPositionBelowTheStart) {
 }
 
 TEST(ByteStrings, AskThePlatformAboutCharacters) {
-  char text[] = "  ab";
+  char text[] =
+      "  \xE9"
+      "b";
   host::StartJournal();
   utCharNext(text);
   utCharPrev(text + 1, text);  // below the start: the platform decides
@@ -306,11 +308,8 @@ TEST(ByteStrings, AskThePlatformAboutCharacters) {
   const auto word = [](const void* p) { return reinterpret_cast<std::uintptr_t>(p); };
   const std::vector<host::Call> expected = {{"CharNextA", {word(text)}},
                                             {"CharPrevA", {word(text + 1), word(text)}},
-                                            {"CharNextA", {word(text)}},
-                                            {"CharNextA", {word(text + 1)}},
                                             {"lstrcpyA", {word(text), word(text + 2)}},
-                                            {"CharNextA", {word(text)}},
-                                            {"CharNextA", {word(text + 1)}}};
+                                            {"CharNextA", {word(text)}}};
   EXPECT_EQ(host::TakeJournal(), expected);
 }
 
