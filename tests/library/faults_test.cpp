@@ -1,7 +1,7 @@
-// The exports that call the platform, with each of these calls failing in turn, once with every code
-// that it may give. Of the string operations (lstr*), which fail for bad addresses only, it is checked
-// only that nothing stays behind. The default button of a dialog, which goes on at every failure, has
-// a model of its own in dialog_test.cpp.
+// The exports that call the platform, with each of these calls failing in turn, once with each code
+// that it may give. For the string operations (lstr*), which fail for bad addresses only, it is
+// checked only that no key and no block is left. The default button of a dialog, which goes on at
+// every failure, has a model of its own in dialog_test.cpp.
 #include <desktop.h>
 #include <gtest/gtest.h>
 #include <heap.h>

@@ -118,7 +118,7 @@ TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {
       {REG_MULTI_SZ, "1\0\0"s, kOwn},
   };
   // clang-format on
-  // A comparison may measure its text first: even 48 bytes that were stored without an end have one.
+  // A comparison may measure its text first: even 48 bytes stored without a terminator have an end.
   host::ShowCalls([](const host::Call& call) {
     if (call.operation == "lstrcmpiA") ASSERT_LE(std::strlen((const char*)call.arguments[0]), 48u);
   });
