@@ -16,7 +16,9 @@ generate_from(exports.inc UT_EXPORT entries FROM ${public_headers})
 generate_from(imports.inc UT_IMPORT entries FROM ${platform_header})
 generate_from(program_imports.inc UT_IMPORT entries
               FROM ${PROJECT_SOURCE_DIR}/platform/loader/program_operations.h)
+generate_from(pairs.inc UT_EXPORT pairs FROM ${public_headers})
 add_custom_target(tables DEPENDS ${generated}/exports.inc ${generated}/imports.inc
+                                 ${generated}/pairs.inc
                                  ${generated}/program_imports.inc)
 
 add_library(tavkit_headers INTERFACE)
