@@ -3,15 +3,13 @@
 #define TESTS_SUPPORT_GUARDED_H
 
 #include <gtest/gtest.h>
-#include <guarded_buffer.h>
 
 #include <string>
 
+#include "support/guarded_buffer.h"
+
 namespace test {
 
-using host::Guard;
-using host::GuardedBuffer;
-using host::kPattern;
 using Bytes = std::vector<unsigned char>;
 
 inline Bytes Pattern(std::size_t size) { return Bytes(size, kPattern); }
