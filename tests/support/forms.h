@@ -69,8 +69,6 @@ template <class Result, class... Parameters, class... Words>
 [[clang::no_sanitize("function")]] Result CallWithWords(Result(UT_API* function)(Parameters...),
                                                         Words... words) {
   static_assert(sizeof...(Parameters) == sizeof...(Words));
-  // At 64 bits the caller narrows: nothing can stand above the low bits there.
-  if constexpr (sizeof(void*) != 4) return function((Parameters)(words)...);
   return reinterpret_cast<Result(UT_API*)(Words...)>(reinterpret_cast<void*>(function))(words...);
 }
 

@@ -46,8 +46,9 @@ HMODULE test::StoredModuleHandle() {
 static bool Connect() {
   const char* path = std::getenv("TAVKIT_DLL");
   try {
-    module = host::ConnectTavkit(path == nullptr ? "dist/bin/TAVKIT.DLL" : path,
-                                 host::FindPlatformOperation);
+    const char* const shipped =
+        sizeof path == 8 ? "dist/x64/bin/TAVKIT.DLL" : "dist/bin/TAVKIT.DLL";
+    module = host::ConnectTavkit(path == nullptr ? shipped : path, host::FindPlatformOperation);
     return true;
   } catch (const host::ModuleError& error) {
     std::cerr << "the DLL under test can't be loaded: " << error.what() << '\n';
