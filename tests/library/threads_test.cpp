@@ -12,8 +12,8 @@ namespace {
 constexpr char kMarks[] = "abcd";  // one for each thread, in all that it works on
 constexpr int kTurns = 40;
 
-// A text on the stack of a thread. The library reads whole aligned blocks of 16 bytes, so the blocks
-// of a text hold nothing else: on the heap they could hold what another thread writes.
+// A text on the stack of a thread. The library reads whole aligned blocks of 16 bytes, so the
+// blocks of a text hold nothing else: on the heap they could hold what another thread writes.
 template <class Char, std::size_t kSize>
 struct alignas(16) Block {
   Char units[kSize] = {};
