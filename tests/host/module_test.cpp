@@ -148,6 +148,8 @@ TEST_F(ModuleTest, RefusesWhatIsNoImage) {
   EXPECT_THAT(Refusal({}), HasSubstr("DOS header"));
   EXPECT_THAT(Refusal({'M', 'Z'}), HasSubstr("DOS header"));
   EXPECT_THAT(Refusal(Bytes(4096, 0)), HasSubstr("MZ"));
+  const char* const otherWidth = pe::kIs64Bit ? "dist/bin/TAVKIT.DLL" : "dist/x64/bin/TAVKIT.DLL";
+  EXPECT_THAT(Refusal(host::ReadFile(otherWidth)), HasSubstr("bit x86 processors"));
   EXPECT_THROW(host::ReadFile("no/such/file.dll"), ModuleError);
   EXPECT_THROW(host::ReadFile("."), ModuleError);
   for (int size = 0; size < std::ssize(dll_); size += size < 1024 ? 1 : 97) {
