@@ -67,7 +67,7 @@ Module::Module(std::span<const unsigned char> bytes, const ImportResolver& resol
   CopySections(file, headers, image_);
   Relocate(headers, image_);
   BindImports(headers, image_, resolve);
-  if constexpr (pe::kIs64Bit) CheckUnwindTable(image_.view(), headers);
+  if (pe::kIs64Bit) CheckUnwindTable(image_.view(), headers);
   ordinalBase_ = ReadExports(image_.view(), headers, functions_, names_);
   for (const auto& section : headers.sections) {
     const std::string name(section.name, strnlen(section.name, sizeof section.name));
