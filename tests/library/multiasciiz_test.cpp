@@ -42,11 +42,8 @@ struct Checks : test::Ground<F> {
     const long length = full.size();
     const DWORD cbFull = full.size() * kUnit, cbString = (string.size() + 1) * kUnit;
     if (at < 0 || at >= length) return {};
-    const bool appends = at >= length - 2;
-    // Below the used size the difference wraps, and an append takes the room all the same.
-    if (appends ? cbList - (cbFull - kUnit) < cbString + kUnit : cbList < cbFull + cbString)
-      return {};
-    return full.insert(appends ? length - 1 : at, string + typename F::Char{});
+    if (cbList < cbFull + cbString) return {};
+    return full.insert(at >= length - 2 ? length - 1 : at, string + typename F::Char{});
   }
 
   // The life of a list, step by step.
