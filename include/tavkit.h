@@ -6,7 +6,7 @@
  *   Calling    stdcall, undecorated names, fixed ordinals. A 16-bit argument counts with its low 16
  *              bits, whatever the caller's stack word holds above them.
  *   Text       A byte form works on strings in the active code page, its twin with the suffix W on
- *              strings of 16-bit units, one unit being one character. Wide strings may stand at odd
+ *              strings of 16-bit units, one unit being one character. Wide strings may lie at odd
  *              addresses.
  *   Sizes      `cb` counts bytes in both forms, `cch` counts characters, `c` counts things. Two
  *              names say `cch` and count bytes: cchBuffer of utDayOfWeekName and utMonthName, and

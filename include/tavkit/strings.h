@@ -8,8 +8,8 @@
  * - utFindChar, utFindRevChar, utTruncateAtChar: the string is walked byte by byte and wChar counts
  *   with its low 8 bits. 0x5C is found inside a double-byte character too.
  * - utSkipLeadChar, utCountLeadChar, utTrimChar: the string is walked by characters of the active
- *   code page, as the platform's CharNextA steps. Only 0x01 to 0x7F can match: no byte of 0x80 or above equals any wChar, and no wChar
- *   above 0x7F equals any byte.
+ *   code page, as the platform's CharNextA steps. Only 0x01 to 0x7F can match: no byte of 0x80 or
+ *   above equals any wChar, and no wChar above 0x7F equals any byte.
  * - every W form: unit by unit, all 16 bits.
  *
  * A zero wChar never matches in the skip, count and trim operations: they give the string, 0 and 0.
