@@ -11,9 +11,10 @@ void bench::Connect() {
 #else
 
 #include <module.h>
+#include <operation_table.h>
 
 void bench::Connect() {
-  static const host::Module module(host::ReadFile(dllPath));
+  static const host::Module module(host::ReadFile(dllPath), host::FindPlatformOperation);
 #define UT_ENTRY(ordinal, name, bytes) \
   exports.name = reinterpret_cast<decltype(exports.name)>(module.Find(ordinal));
 #include <exports.inc>

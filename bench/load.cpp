@@ -3,6 +3,7 @@
 
 #include <dlfcn.h>
 #include <module.h>
+#include <operation_table.h>
 
 #include <stdexcept>
 
@@ -16,8 +17,9 @@ using namespace bench;
 TEST_CASE("Load and unload the DLL") {
   const auto file = host::ReadFile(dllPath);
   const char* object = BENCH_EMPTY_OBJECT;
-  Compare({"load and unload", "by the module loader, from memory"},
-          Ours{[&] { return host::Module(file).Find(52u) != nullptr; }},
+  Compare({"load and unload", "by the module loader, from memory"}, Ours{[&] {
+            return host::Module(file, host::FindPlatformOperation).Find(52u) != nullptr;
+          }},
           Peer{"dlopen of an empty object", [=] {
                  void* handle = dlopen(object, RTLD_NOW);
                  if (handle == nullptr) throw std::runtime_error(dlerror());

@@ -3,15 +3,12 @@
 #define TESTS_SUPPORT_GUARDED_H
 
 #include <gtest/gtest.h>
-#include <guarded_buffer.h>
 
 #include <string>
 
-namespace test {
+#include "support/guarded_buffer.h"
 
-using host::Guard;
-using host::GuardedBuffer;
-using host::kPattern;
+namespace test {
 
 // The bytes of a string of either form, with `terminators` zero units behind it.
 template <class Char>

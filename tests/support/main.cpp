@@ -1,7 +1,6 @@
 // Starts the tests of the library: on the sources linked into this program, or on the DLL that
 // TAVKIT_DLL names.
 #include <gtest/gtest.h>
-#include <guarded_buffer.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -9,6 +8,7 @@
 
 #include "support/choices.h"
 #include "support/entry.h"
+#include "support/guarded_buffer.h"
 
 #ifdef TAVKIT_NATIVE
 
@@ -27,6 +27,7 @@ static bool Connect() { return true; }
 #else
 
 #include <client.h>
+#include <operation_table.h>
 
 static std::unique_ptr<host::Module> module;
 
@@ -44,7 +45,8 @@ HMODULE test::StoredModuleHandle() {
 static bool Connect() {
   const char* path = std::getenv("TAVKIT_DLL");
   try {
-    module = host::ConnectTavkit(path == nullptr ? "dist/bin/TAVKIT.DLL" : path);
+    module = host::ConnectTavkit(path == nullptr ? "dist/bin/TAVKIT.DLL" : path,
+                                 host::FindPlatformOperation);
     return true;
   } catch (const host::ModuleError& error) {
     std::cerr << "the DLL under test can't be loaded: " << error.what() << '\n';
@@ -67,7 +69,7 @@ class FreshPlatform : public testing::EmptyTestEventListener {
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
-  host::GuardedBuffer::OnOverrun() = [](const char* what) { ADD_FAILURE() << what; };
+  test::GuardedBuffer::OnOverrun() = [](const char* what) { ADD_FAILURE() << what; };
   testing::UnitTest::GetInstance()->listeners().Append(new FreshPlatform);
   return Connect() ? RUN_ALL_TESTS() : 1;
 }
