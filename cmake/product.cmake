@@ -27,12 +27,22 @@ set_target_properties(tavkit PROPERTIES PREFIX "" OUTPUT_NAME TAVKIT SUFFIX .DLL
 target_include_directories(tavkit PRIVATE include platform src)
 target_compile_definitions(tavkit PRIVATE TAVKIT_BUILDING TAVKIT_NO_WINDOWS_H)
 
+# What unnamed namespaces hold is named by a hash of the path that the compiler is given, so each source goes
+# by its path from the build's folder, which is the same for all.
+set(CMAKE_CXX_COMPILE_OBJECT "<CMAKE_CXX_COMPILER> <DEFINES> <INCLUDES> <FLAGS> -o <OBJECT> -c")
+foreach(source ${library_sources})
+  file(RELATIVE_PATH path ${PROJECT_BINARY_DIR} ${source})
+  set_property(SOURCE ${source} APPEND PROPERTY COMPILE_OPTIONS ${path})
+endforeach()
+file(RELATIVE_PATH to_project ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})
+
 # Paths below the project's folder are written relative to it, so that any folder gives the same bytes.
 target_compile_options(
   tavkit
-  PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${warnings};${freestanding};-ffreestanding;-msse2;-gcodeview;
+  PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${warnings};${freestanding};-ffreestanding;-msse2;-g;-gcodeview;
+          -gno-codeview-command-line;
           SHELL:-Xclang -cfguard;-mno-incremental-linker-compatible;-ffile-compilation-dir=.;
-          -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
+          -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=;-ffile-prefix-map=${to_project}=>)
 
 # A manifest comes from CMake's own rule for DLLs; the version block is the only resource.
 target_link_libraries(tavkit PRIVATE ${import_libraries} -Wl,/manifest:no)
