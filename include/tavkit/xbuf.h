@@ -160,7 +160,7 @@ UT_EXPORT(67) DWORD UT_API utXBufGetSpaceUsed(HXBUF hXBuf);
  * Finds a block.
  *
  * @param hXBuf  the handle.
- * @param wBlock one of the UT_XBUF_BLOCK_ selectors.
+ * @param wBlock the block, UT_XBUF_BLOCK_BUFFER to UT_XBUF_BLOCK_FREE.
  * @return the block's first byte: at the back that of the block reserved last. NULL for an empty
  *         block, an invalid handle or an unknown selector.
  */
@@ -170,7 +170,7 @@ UT_EXPORT(68) LPVOID UT_API utXBufGetBlock(HXBUF hXBuf, WORD wBlock);
  * Measures a block.
  *
  * @param hXBuf  the handle.
- * @param wBlock one of the UT_XBUF_BLOCK_ selectors.
+ * @param wBlock the block, UT_XBUF_BLOCK_BUFFER to UT_XBUF_BLOCK_FREE.
  * @return the block's size in bytes; 0 for an invalid handle or an unknown selector.
  */
 UT_EXPORT(69) DWORD UT_API utXBufGetBlockSize(HXBUF hXBuf, WORD wBlock);
