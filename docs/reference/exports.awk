@@ -17,9 +17,15 @@ END {
     bytes[part[2]] = part[4]; name[part[2]] = part[3]; ordinalOf[part[3]] = part[2]
   }
   for (ordinal in name) {
-    twin = name[ordinal] "W"
-    if (sub(/_XBufferW$/, "W_XBuffer", twin) + 0 == 0 && !(twin in ordinalOf)) { twin = name[ordinal]; sub(/String/, "WideString", twin) }
-    if (!(twin in ordinalOf) || twin == name[ordinal]) twin = "-"
+    twin = twin_of(name[ordinal])
     print ordinal "\t" name[ordinal] "\t" bytes[ordinal] "\t" familyOf[ordinal] "\t" twin "\t" sentence[ordinal]
   }
+}
+
+# utName and utNameW, utName_XBuffer and utNameW_XBuffer, utNameString and utNameWideString.
+function twin_of(byteName,   wideName) {
+  wideName = byteName "W"
+  if (wideName in ordinalOf) return wideName
+  wideName = byteName
+  return (sub(/_/, "W_", wideName) || sub(/String/, "WideString", wideName)) && wideName in ordinalOf ? wideName : "-"
 }

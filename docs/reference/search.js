@@ -3,7 +3,7 @@
 (function () {
   'use strict';
   var MOST = 60;       // entries that are shown
-  var AROUND = 70;     // characters that are shown before and after what was found
+  var AROUND = 70;     // characters that are shown before what was found, and twice as many after it
 
   var input = document.getElementById('query');
   var count = document.getElementById('count');
@@ -32,12 +32,13 @@
   // The place in the text where the query, or the first of its words, is found.
   function appendExcerpt(item, text, phrase, words) {
     var lower = text.toLowerCase();
-    var sought = [phrase].concat(words).filter(function (word) { return lower.indexOf(word) >= 0; })[0] || '';
+    var sought = [phrase].concat(words).filter(function (each) { return lower.indexOf(each) >= 0; })[0] || '';
     var at = Math.max(lower.indexOf(sought), 0);
     var from = Math.max(at - AROUND, 0);
     var excerpt = element(item, 'p', (from > 0 ? '\u2026' : '') + text.slice(from, at));
     element(excerpt, 'mark', text.slice(at, at + sought.length));
-    excerpt.appendChild(document.createTextNode(text.slice(at + sought.length, at + sought.length + 2 * AROUND) + '\u2026'));
+    var end = at + sought.length;
+    excerpt.appendChild(document.createTextNode(text.slice(end, end + 2 * AROUND) + '\u2026'));
   }
 
   function show() {

@@ -19,7 +19,10 @@ FNR == 1 { close_entry(); inside = 0; file = FILENAME; sub(/.*\//, "", file) }
 { text = text " " plain($0) }
 END { close_entry() }
 
-function open_entry(newTitle, newAnchor) { close_entry(); title = newTitle; address = file newAnchor; text = ""; isOpen = 1 }
+function open_entry(newTitle, anchor) {
+  close_entry()
+  title = newTitle; address = file anchor; isOpen = 1
+}
 function close_entry() {
   gsub(/[ \t]+/, " ", text); sub(/^ /, "", text)
   if (isOpen && text != "") print "[" quoted(title) "," quoted(address) "," quoted(page) "," quoted(text) "],"
@@ -33,4 +36,7 @@ function plain(html) {
   sub(/^ */, "", html); sub(/ *$/, "", html)
   return html
 }
-function quoted(text) { gsub(/\\/, "\\\\", text); gsub(/"/, "\\\"", text); gsub(/</, "\\x3C", text); return "\"" text "\"" }
+function quoted(text) {
+  gsub(/\\/, "\\\\", text); gsub(/"/, "\\\"", text)
+  return "\"" text "\""
+}
