@@ -90,8 +90,8 @@ UT_EXPORT(152) BOOL UT_API utSizeWindowDelta(HWND hWnd, INT nDeltaWidth, INT nDe
 UT_EXPORT(153) BOOL UT_API utMoveChildDelta(HWND hWnd, INT nDeltaX, INT nDeltaY);
 
 /**
- * Sets a window's text from a string resource, cut to 255 bytes. A missing or an empty string
- * leaves the text as it was, so this can't clear a text.
+ * Sets a window's text from a string resource, which the platform's LoadStringA cuts to 255 bytes.
+ * A missing or an empty string leaves the text as it was, so this can't clear a text.
  *
  * @param hWnd     the window.
  * @param hModule  the module that holds the string.
