@@ -1,100 +1,160 @@
-// Times the exports of TAVKIT beside their peers, and prints a table. With the harness's own
-// options tests can be picked by family, and samples by number; --help lists all of them.
-#define CATCH_CONFIG_RUNNER
-#include "measure.h"
+// Prints the rows, tab-separated. Options: --check compares the answers only and times nothing.
+#include <codepage.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <stdexcept>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <regex>
 
-#include "exports.h"
-#include "report.h"
+#include "bench.h"
+#include "platform.h"
 
+#ifndef TAVKIT_NATIVE
+#include <module.h>
+#endif
+
+namespace bench {
 namespace {
 
-struct Options {
-  std::string page;
-  std::string plot;
-  std::string notes;
-  std::string save;
-  std::string narrow;
-  bool check = false;
-  bool emulated = false;
-};
+using Clock = std::chrono::steady_clock;
 
-std::string Subject(bool emulated) {
+std::regex wanted;
+bool checkOnly = false;
+bool failed = false;
+PlatformCalls calls;
+
+// Fills in the addresses: of the DLL's exports by ordinal, or in a native build of the functions
+// linked into the program.
+void Connect([[maybe_unused]] const char* path) {
 #ifdef TAVKIT_NATIVE
-  const std::string what = "a 64-bit build of the same sources";
+#define UT_ENTRY(ordinal, name, bytes) exports.name = &::name;
 #else
-  const std::string what = "the shipped 32-bit DLL";
+  static const host::Module module(host::ReadFile(path));
+#define UT_ENTRY(ordinal, name, bytes) \
+  exports.name = reinterpret_cast<decltype(exports.name)>(module.Find(ordinal));
 #endif
-  return what +
-         (emulated ? ", run by an emulator: no measure of a processor" : ", run by the processor");
+#include <exports.inc>
+#undef UT_ENTRY
 }
 
-std::string Machine() {
-  std::ifstream info("/proc/cpuinfo");
-  std::string name = "unknown processor";
-  unsigned count = 0;
-  for (std::string line; std::getline(info, line);) {
-    if (line.rfind("model name", 0) != 0) continue;
-    name = line.substr(line.find(':') + 2);
-    ++count;
+double Nanoseconds(const Loop& loop, unsigned long times) {
+  const auto start = Clock::now();
+  loop(times);
+  return std::chrono::duration<double, std::nano>(Clock::now() - start).count();
+}
+
+constexpr double kBatch = 40'000;  // nanoseconds: the clock's own steps are less than a thousandth
+constexpr int kBatches = 25;
+
+// One side of a comparison: what a piece of its work took, in each batch.
+struct Side {
+  Loop loop;
+  unsigned long times = 1;
+  std::vector<double> batches = {};
+
+  explicit Side(Loop work) : loop(std::move(work)) {
+    for (double took = 0; times < 1u << 30; times *= 2) {
+      took = Nanoseconds(loop, times);
+      if (took >= kBatch) break;
+    }
   }
-  return name + ", " + std::to_string(count) + " processors seen";
-}
-
-std::string ReadText(const std::string& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-template <class Write>
-void WriteFile(const std::string& path, Write write) {
-  if (path.empty()) return;
-  std::ofstream file(path);
-  write(file);
-  if (!file.flush()) throw std::runtime_error(path + " can't be written");
-}
-
-int Run(int argc, char** argv) {
-  Options options;
-  Catch::Session session;
-  session.configData().benchmarkSamples = 10;
-  session.configData().benchmarkWarmupTime = 0;
-  using Catch::clara::Opt;
-  session.cli(session.cli() | Opt(bench::dllPath, "file")["--dll"]("the DLL to load") |
-              Opt(options.page, "file")["--page"]("write the page there") |
-              Opt(options.plot, "file")["--plot"]("write the plot there") |
-              Opt(options.notes, "file")["--notes"]("Markdown to put into the page") |
-              Opt(options.save, "file")["--save"]("write the times there, and nothing else") |
-              Opt(options.narrow, "file")["--narrow"]("saved times of a run with 128-bit vectors") |
-              Opt(options.check)["--check"]("compare the answers only, and time nothing") |
-              Opt(options.emulated)["--emulated"]("say of the figures that an emulator ran it"));
-  if (const int error = session.applyCommandLine(argc, argv); error != 0) return error;
-  if (session.configData().showHelp) return session.run();
-  bench::Connect();
-  bench::timing = !options.check;
-  if (const int failed = session.run(); failed != 0 || options.check) return failed;
-
-  if (!options.save.empty()) return bench::SaveTimes(options.save), 0;
-  if (!options.narrow.empty()) bench::TakeNarrowTimes(options.narrow);
-  const bench::Run run{Subject(options.emulated), Machine(), __VERSION__,
-                       std::filesystem::file_size(bench::dllPath), ReadText(options.notes)};
-  bench::WriteTable(std::cout, run);
-  WriteFile(options.page, [&](std::ostream& out) { bench::WritePage(out, run); });
-  WriteFile(options.plot, [&](std::ostream& out) { bench::WritePlot(out, run); });
-  return 0;
-}
+  void Run() { batches.push_back(Nanoseconds(loop, times) / double(times)); }
+  double Quantile(double share) {
+    std::sort(batches.begin(), batches.end());
+    return batches[static_cast<std::size_t>(share * double(batches.size() - 1))];
+  }
+  double Median() { return Quantile(0.5); }
+  double Spread() { return Quantile(0.75) - Quantile(0.25); }
+};
 
 }  // namespace
 
+const std::vector<std::size_t>& Lengths() {
+  static const auto lengths = [] {
+    std::vector<std::size_t> all;
+    for (std::size_t length = 1; length <= 32; ++length) all.push_back(length);
+    all.insert(all.end(), {64, 256, 4'096});
+    return all;
+  }();
+  return lengths;
+}
+
+bool IsWanted(const Task& task) {
+  return std::regex_search(task.family + (": " + task.operation) + ", " + task.input, wanted);
+}
+
+void StartRecord(const Task& task) {
+  host::SetCodePage(task.codePage);
+  calls.Start();
+}
+
+void StopRecord() {
+  calls.Stop();
+  host::SetCodePage(1252);
+}
+
+void Report(const Task& task, const Loop& ours, const std::vector<PeerLoops>& peers) {
+  for (const auto& peer : peers) {
+    if (peer.isSame || task.codePage != 1252) continue;
+    std::fprintf(stderr, "another answer: %s, %s, %zu, beside %s\n", task.operation.c_str(),
+                 task.input.c_str(), task.size, peer.name);
+    failed = true;
+  }
+  if (checkOnly) return;
+
+  const auto inCodePage = [&](auto work) {
+    return [&task, work](unsigned long times) {
+      host::SetCodePage(task.codePage);
+      work(times);
+      host::SetCodePage(1252);
+    };
+  };
+  std::vector<Side> sides;
+  sides.emplace_back(inCodePage(ours));
+  sides.emplace_back(inCodePage([](unsigned long times) {
+    for (; times != 0; --times) calls.Make();
+  }));
+  sides.emplace_back([](unsigned long times) {
+    for (; times != 0; --times) calls.Walk();
+  });
+  for (const auto& peer : peers) {
+    sides.emplace_back(peer.called);
+    sides.emplace_back(peer.inlined ? peer.inlined : peer.called);
+  }
+  for (int batch = 0; batch < kBatches; ++batch) {
+    for (auto& side : sides) side.Run();
+  }
+  const double platform = calls.empty() ? 0 : std::max(0.0, sides[1].Median() - sides[2].Median());
+  const double noise = sides[0].Spread() + (calls.empty() ? 0 : sides[1].Spread());
+  for (std::size_t i = 0; i < peers.size(); ++i) {
+    std::printf("%s\t%s\t%s\t%zu\t%s\t%g\t%.3f\t%.3f\t%.3f\t", task.family, task.operation.c_str(),
+                task.input.c_str(), task.size, peers[i].name, task.goal, sides[0].Median(),
+                platform, sides[3 + 2 * i].Median());
+    if (peers[i].inlined) std::printf("%.3f", sides[4 + 2 * i].Median());
+    std::printf("\t%.3f\n", noise);
+  }
+}
+
+}  // namespace bench
+
+// Usage: bench [--check] DLL FILTER
 int main(int argc, char** argv) {
   try {
-    return Run(argc, argv);
+    bench::checkOnly = argc > 1 && std::strcmp(argv[1], "--check") == 0;
+    if (bench::checkOnly) --argc, ++argv;
+    if (argc != 3) throw std::invalid_argument("usage: bench [--check] DLL FILTER");
+    bench::Connect(argv[1]);
+    bench::wanted = argv[2];
+    bench::CompareStrings();
+    bench::CompareLists();
+    bench::CompareUncNames();
+    bench::CompareXBufs();
+    bench::CompareNumbers();
+    return bench::failed;
   } catch (const std::exception& error) {
-    std::cerr << "bench: " << error.what() << '\n';
-    return 1;
+    std::fprintf(stderr, "bench: %s\n", error.what());
+    return 2;
   }
 }

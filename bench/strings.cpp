@@ -1,12 +1,8 @@
 // Finding in, copying and trimming strings.
-#include <win32.h>
-
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
-#include "exports.h"
-#include "measure.h"
+#include "bench.h"
 
 namespace {
 
@@ -18,17 +14,12 @@ constexpr bool kIsWide = sizeof(Char) == 2;
 template <class Char>
 using View = std::basic_string_view<Char>;
 
-template <class Char>
-std::string Name(const char* operation) {
-  return std::string(operation) + (kIsWide<Char> ? "W" : "");
+// A peer for each form: of bytes a function of the C library, of wide strings one of a view.
+template <class Char, class Work>
+Peer<Work> FormPeer(const char* ofBytes, Work work) {
+  if constexpr (kIsWide<Char>) return {"u16string_view", work};
+  return {ofBytes, work, kIsCall};
 }
-
-template <class Char>
-constexpr const char* PeerName(const char* ofBytes) {
-  return kIsWide<Char> ? "u16string_view" : ofBytes;
-}
-
-// The peers: for bytes the C library's functions, for wide strings those of a view.
 
 const char* FindFirst(const char* psz, char sought) { return std::strchr(psz, sought); }
 const char* FindLast(const char* psz, char sought) { return std::strrchr(psz, sought); }
@@ -52,16 +43,15 @@ std::size_t CountLead(const char16_t* psz, char16_t sought) {
 }
 
 template <class Char>
-void CopyCounted(const Char* source, std::size_t count, Char* dest, std::size_t room) {
-  count = std::min(count, room - 1);
-  std::char_traits<Char>::copy(dest, source, count);
-  dest[count] = 0;
+const Char* End(const Char* psz) {
+  return psz + std::char_traits<Char>::length(psz);
 }
 
-// As strlcpy does it, which this C library doesn't have.
 template <class Char>
-void CopyCut(const Char* psz, Char* dest, std::size_t room) {
-  CopyCounted(psz, std::char_traits<Char>::length(psz), dest, room);
+void CopyCounted(const Char* source, std::size_t count, Char* dest, std::size_t capacity) {
+  count = std::min(count, capacity - 1);
+  std::char_traits<Char>::copy(dest, source, count);
+  dest[count] = 0;
 }
 
 template <class Char>
@@ -74,149 +64,199 @@ void Trim(Char* psz, Char sought) {
   psz[length] = 0;
 }
 
-// As many CharNextA as the rules ask for, each where the one before led.
-LPCSTR Walk(LPCSTR psz, std::size_t characters) {
-  for (; characters != 0; --characters) psz = CharNextA(psz);
-  return psz;
-}
-
-double FindGoal(std::size_t length) { return length <= 64 ? 1.0 : 1.2; }
-
 template <class Char>
 void CompareFind(std::size_t length, const char* input, const std::basic_string<Char>& text) {
-  const double goal = FindGoal(length);
+  const double goal = length <= 64 ? 1.0 : 1.1;
   const Char* psz = text.c_str();
-  Compare({Name<Char>("utFindChar"), input, length, goal},
-          Ours{[=] { return Form<Char>::FindChar(psz, '!'); }},
-          Peer{PeerName<Char>("strchr"), [=] { return FindFirst(psz, '!'); }});
-  Compare({Name<Char>("utFindRevChar"), input, length, goal},
-          Ours{[=] { return Form<Char>::FindRevChar(psz, '!'); }},
-          Peer{PeerName<Char>("strrchr"), [=] { return FindLast(psz, '!'); }});
+  Compare(
+      {"find", Name<Char>("utFindChar"), input, length, goal},
+      [=] { return BENCH_FORM(utFindChar)(psz, '!'); },
+      FormPeer<Char>("strchr", [=] { return FindFirst(psz, '!'); }));
+  Compare(
+      {"find", Name<Char>("utFindRevChar"), input, length, goal},
+      [=] { return BENCH_FORM(utFindRevChar)(psz, '!'); },
+      FormPeer<Char>("strrchr", [=] { return FindLast(psz, '!'); }));
+  Compare(
+      {"find", Name<Char>("utCharNull"), input, length, goal},
+      [=] { return BENCH_FORM(utCharNull)(psz); },
+      FormPeer<Char>("strlen", [=] { return End(psz); }));
 }
 
 template <class Char>
-void CompareFinds() {
-  for (const auto length : Lengths()) {
-    auto text = Letters<Char>(length);
-    CompareFind(length, "no match", text);
-    const Char* psz = text.c_str();
-    Compare(
-        {Name<Char>("utCharNull"), "", length, FindGoal(length)},
-        Ours{[=] { return Form<Char>::CharNull(psz); }},
-        Peer{PeerName<Char>("strlen"), [=] { return psz + std::char_traits<Char>::length(psz); }});
-    if (!text.empty()) text.back() = '!';
-    CompareFind(length, "match at the end", text);
-  }
+void CompareFinds(std::size_t length) {
+  auto text = Letters<Char>(length);
+  CompareFind(length, "no match", text);
+  text.back() = '!';
+  CompareFind(length, "match at the end", text);
 }
 
 template <class Char>
-void CompareCopies(std::size_t length, const char* input, std::size_t room) {
+void CompareCopies(std::size_t length, const char* input, std::size_t capacity) {
   const auto text = Letters<Char>(length);
-  std::basic_string<Char> buffer(room, 0);
+  std::basic_string<Char> buffer(capacity, 0);
   const Char* psz = text.c_str();
   Char* dest = buffer.data();
   const auto bytes = [](std::size_t units) { return static_cast<DWORD>(units * sizeof(Char)); };
-  const auto copied = [=] { return View<Char>(dest, std::min(length, room - 1)); };
+  const auto copied = [=] { return View<Char>(dest, std::min(length, capacity - 1)); };
 
-  Compare({Name<Char>("utCopyMakeAsciiz"), input, length, 1.0}, Ours{[=] {
-            Form<Char>::CopyMakeAsciiz(psz, bytes(length), dest, bytes(room));
-            return copied();
-          }},
-          Peer{"counted copy", [=] { return CopyCounted(psz, length, dest, room), copied(); }});
-  const Ours copy{[=] { return Form<Char>::CopyString(psz, dest, bytes(room)), copied(); }};
-  const Peer cut{"strlcpy style", [=] { return CopyCut(psz, dest, room), copied(); }};
-  const Task task{Name<Char>("utCopyString"), input, length, 1.0};
-  if constexpr (kIsWide<Char>) {
-    Compare(task, copy, cut);
-  } else {
-    const Peer print{"snprintf(\"%s\")",
-                     [=] { return std::snprintf(dest, room, "%s", psz), copied(); }};
-    Compare(task, copy, cut, print);
-  }
+  Compare(
+      {"copy", Name<Char>("utCopyMakeAsciiz"), input, length, 1.0},
+      [=] {
+        BENCH_FORM(utCopyMakeAsciiz)(psz, bytes(length), dest, bytes(capacity));
+        return copied();
+      },
+      Peer{"counted copy", [=] { return CopyCounted(psz, length, dest, capacity), copied(); }});
+  // As strlcpy does it, which this C library doesn't have.
+  const auto copyCut = [=] {
+    return CopyCounted(psz, std::char_traits<Char>::length(psz), dest, capacity), copied();
+  };
+  Compare(
+      {"copy", Name<Char>("utCopyString"), input, length, 1.0},
+      [=] { return BENCH_FORM(utCopyString)(psz, dest, bytes(capacity)), copied(); },
+      Peer{"strlcpy style", copyCut});
+}
+
+// The work of an export on a text of its own. A text to be trimmed is put back first, on all sides
+// and in all times.
+template <class Char>
+auto Skip(const Char* psz) {
+  return [=] { return std::size_t(BENCH_FORM(utSkipLeadChar)(psz, ' ') - psz); };
+}
+template <class Char>
+auto Count(const Char* psz) {
+  return [=] { return BENCH_FORM(utCountLeadChar)(psz, ' '); };
+}
+template <class Char>
+auto Last(const Char* psz) {
+  return [=] { return std::size_t(BENCH_FORM(utCharLast)(psz) - psz); };
+}
+template <class Char>
+auto PutBack(const std::basic_string<Char>& text, Char* psz) {
+  return [=, source = text.c_str(), size = (text.size() + 1) * sizeof(Char)] {
+    std::memcpy(psz, source, size);
+  };
+}
+template <class Char>
+auto TrimBoth(const std::basic_string<Char>& text, Char* psz) {
+  return [=, putBack = PutBack(text, psz)] {
+    putBack();
+    return BENCH_FORM(utTrimChar)(psz, ' ', UT_TRIM_LEADING | UT_TRIM_TRAILING);
+  };
+}
+
+template <class Char>
+std::basic_string<Char> Padded(std::size_t length, std::size_t blanks) {
+  auto text = Letters<Char>(length);
+  std::fill_n(text.begin(), blanks, ' ');
+  std::fill_n(text.rbegin(), blanks, ' ');
+  return text;
 }
 
 template <class Char>
 void CompareLeads(std::size_t length, const char* input, const std::basic_string<Char>& text) {
   const Char* psz = text.c_str();
-  const auto ours = [=](auto work) {
-    if constexpr (kIsWide<Char>) {
-      return Ours{work};
-    } else {
-      const auto steps = CountLead(psz, ' ');
-      return Ours{work, [=] { return Walk(psz, steps); }};
-    }
-  };
-  Compare({Name<Char>("utSkipLeadChar"), input, length, 1.0},
-          ours([=] { return Form<Char>::SkipLeadChar(psz, ' '); }),
-          Peer{PeerName<Char>("strspn"), [=] { return psz + CountLead(psz, ' '); }});
-  Compare({Name<Char>("utCountLeadChar"), input, length, 1.0},
-          ours([=] { return Form<Char>::CountLeadChar(psz, ' '); }),
-          Peer{PeerName<Char>("strspn"), [=] { return CountLead(psz, ' '); }});
+  const auto peer = FormPeer<Char>("strspn", [=] { return CountLead(psz, ' '); });
+  Compare({"trim", Name<Char>("utSkipLeadChar"), input, length, 1.0}, Skip(psz), peer);
+  Compare({"trim", Name<Char>("utCountLeadChar"), input, length, 1.0}, Count(psz), peer);
 }
 
-// Both sides put the text back first, and both figures contain that.
 template <class Char>
 void CompareTrim(std::size_t length, const char* input, std::size_t blanks) {
-  std::basic_string<Char> text = Letters<Char>(length);
-  std::fill_n(text.begin(), blanks, ' ');
-  std::fill_n(text.rbegin(), blanks, ' ');
+  const auto text = Padded<Char>(length, blanks);
   std::basic_string<Char> buffer(length + 1, 0);
-  const Char* source = text.c_str();
   Char* psz = buffer.data();
-  const auto putBack = [=] { std::memcpy(psz, source, (length + 1) * sizeof(Char)); };
   const auto trimmed = [=] { return View<Char>(psz, length - 2 * blanks); };
-
-  const auto work = [=] {
-    putBack();
-    Form<Char>::TrimChar(psz, ' ', UT_TRIM_LEADING | UT_TRIM_TRAILING);
-    return trimmed();
-  };
-  const Peer peer{kIsWide<Char> ? "u16string_view" : "string_view", [=] {
-                    putBack();
-                    Trim<Char>(psz, ' ');
-                    return trimmed();
-                  }};
-  const Task task{Name<Char>("utTrimChar"), input, length, 1.0};
-  if constexpr (kIsWide<Char>) {
-    Compare(task, Ours{work}, peer);
-  } else {
-    // The skipped part, the move of the rest, and the search for the end of that.
-    const auto platform = [=] {
-      LPCSTR pszRest = Walk(source, blanks);
-      if (blanks != 0) lstrcpyA(psz, pszRest);
-      return Walk(pszRest, length - blanks);
-    };
-    Compare(task, Ours{work, platform}, peer);
-  }
+  Compare(
+      {"trim", Name<Char>("utTrimChar"), input, length, 1.0},
+      [=, trim = TrimBoth(text, psz)] { return trim(), trimmed(); },
+      Peer{kIsWide<Char> ? "u16string_view" : "string_view", [=, putBack = PutBack(text, psz)] {
+             putBack();
+             Trim<Char>(psz, ' ');
+             return trimmed();
+           }});
 }
 
 template <class Char>
-void CompareTrims() {
+void CompareTrims(std::size_t length) {
+  const auto letters = Letters<Char>(length);
+  CompareLeads<Char>(length, "all of it", std::basic_string<Char>(length, ' '));
+  CompareLeads<Char>(length, "no match", letters);
+  CompareTrim<Char>(length, "a quarter at each end", length / 4);
+  CompareTrim<Char>(length, "nothing to trim", 0);
+  const Char* psz = letters.c_str();
+  Compare({"trim", Name<Char>("utCharLast"), "", length, 1.0}, Last(psz),
+          FormPeer<Char>("strlen", [=] { return std::char_traits<Char>::length(psz) - 1; }));
+}
+
+// A byte form beside its wide twin on as many bytes. The answers differ, in characters.
+template <class Bytes, class Wide>
+void CompareTwins(const char* operation, const char* input, std::size_t bytes, Bytes byteForm,
+                  Wide wideForm) {
+  Compare(
+      {"trim, wide twin", operation, input, bytes, 1.1}, [=] { return byteForm(), 0; },
+      Peer{"wide form", [=] { return wideForm(), 0; }, kIsCall});
+}
+
+void CompareTwins(std::size_t bytes) {
+  const std::size_t units = bytes / 2;
+  const std::string blanks(bytes, ' '), letters = Letters(bytes);
+  const std::u16string wideBlanks(units, ' '), wideLetters = Letters<char16_t>(units);
+  CompareTwins("utSkipLeadChar", "all of it", bytes, Skip(blanks.c_str()),
+               Skip(wideBlanks.c_str()));
+  CompareTwins("utCountLeadChar", "all of it", bytes, Count(blanks.c_str()),
+               Count(wideBlanks.c_str()));
+  CompareTwins("utCharLast", "", bytes, Last(letters.c_str()), Last(wideLetters.c_str()));
+  std::string buffer(bytes + 1, 0);
+  std::u16string wideBuffer(units + 1, 0);
+  const auto text = Padded<char>(bytes, bytes / 4);
+  const auto wideText = Padded<char16_t>(units, units / 4);
+  CompareTwins("utTrimChar", "a quarter at each end", bytes, TrimBoth(text, buffer.data()),
+               TrimBoth(wideText, wideBuffer.data()));
+}
+
+// Text whose every second character has two bytes, in code page 932 and as it is in 1252.
+template <class Work>
+void CompareCodePages(const char* operation, const char* input, std::size_t length, Work work) {
+  Compare(
+      {"double-byte text", operation, input, length, 0, 932}, [=] { return work(), 0; },
+      Peer{"the same in 1252", [=] { return work(), 0; }, kIsCall});
+}
+
+void CompareDoubleBytes(std::size_t length) {
+  std::string text = Letters(length);
+  for (std::size_t i = 1; i + 2 <= length; i += 3) text[i] = '\x83';
+  CompareCodePages("utCharLast", "", length, Last(text.c_str()));
+  std::string buffer(length + 1, 0);
+  CompareCodePages("utTrimChar", "nothing to trim", length, TrimBoth(text, buffer.data()));
+  const std::string name = "\\\\" + text + "\\" + text + "\\" + text;
+  std::string out(name.size() + 1, 0), parts[3] = {buffer, buffer, buffer};
+  const auto cb = static_cast<DWORD>(length + 1);
+  CompareCodePages("utBreakUNCName", "", length, [&, psz = name.c_str()] {
+    return exports.utBreakUNCName(psz, parts[0].data(), cb, parts[1].data(), cb, parts[2].data(),
+                                  cb);
+  });
+  CompareCodePages("utBuildUNCName", "", length, [&, psz = text.c_str()] {
+    return exports.utBuildUNCName(out.data(), static_cast<DWORD>(out.size()), psz, psz, psz);
+  });
+}
+
+template <class Char>
+void CompareForm() {
   for (const auto length : Lengths()) {
-    CompareLeads<Char>(length, "all of it", std::basic_string<Char>(length, ' '));
-    CompareTrim<Char>(length, "a quarter at each end", length / 4);
+    CompareFinds<Char>(length);
+    CompareCopies<Char>(length, "whole", length + 2);
+    CompareCopies<Char>(length, "cut in half", length / 2 + 1);
+    CompareTrims<Char>(length);
   }
-  CompareLeads<Char>(64, "no match", Letters<Char>(64));
-  CompareTrim<Char>(64, "nothing to trim", 0);
-}
-
-TEST_CASE("Find first, last, terminator") {
-  CompareFinds<CHAR>();
-  CompareFinds<WCHAR>();
-}
-
-TEST_CASE("Counted copy, string copy") {
-  for (const auto length : Lengths()) {
-    CompareCopies<CHAR>(length, "whole", length + 2);
-    CompareCopies<WCHAR>(length, "whole", length + 2);
-    CompareCopies<CHAR>(length, "no room for half of it", length / 2 + 1);
-    CompareCopies<WCHAR>(length, "no room for half of it", length / 2 + 1);
-  }
-}
-
-TEST_CASE("Trim, skip, count") {
-  CompareTrims<CHAR>();
-  CompareTrims<WCHAR>();
 }
 
 }  // namespace
+
+void bench::CompareStrings() {
+  CompareForm<CHAR>();
+  CompareForm<WCHAR>();
+  for (const auto length : Lengths()) {
+    if (length % 2 == 0) CompareTwins(length);
+    CompareDoubleBytes(length);
+  }
+}

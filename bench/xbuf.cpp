@@ -5,8 +5,7 @@
 #include <cstring>
 #include <memory_resource>
 
-#include "exports.h"
-#include "measure.h"
+#include "bench.h"
 
 #define obstack_chunk_alloc std::malloc
 #define obstack_chunk_free std::free
@@ -16,11 +15,11 @@ namespace {
 using namespace bench;
 
 constexpr unsigned kBlocks = 16;  // reserved in one piece of work, then all given back
-constexpr std::size_t kRoom = kBlocks * 4'200;
+constexpr std::size_t kCapacity = kBlocks * 8'400;
 
 class XBuf {
  public:
-  XBuf() : handle_(exports.utXBufCreate(kRoom, nullptr)) {}
+  XBuf() : handle_(exports.utXBufCreate(kCapacity, nullptr)) {}
   ~XBuf() { exports.utXBufDestroy(handle_); }
   XBuf(const XBuf&) = delete;
   XBuf& operator=(const XBuf&) = delete;
@@ -35,7 +34,7 @@ class XBuf {
 class Obstack {
  public:
   Obstack() {
-    obstack_begin(&stack_, kRoom);
+    obstack_begin(&stack_, kCapacity);
     start_ = obstack_alloc(&stack_, 0);
   }
   ~Obstack() { obstack_free(&stack_, nullptr); }
@@ -50,112 +49,95 @@ class Obstack {
   void* start_;
 };
 
-struct Monotonic {
-  std::vector<std::byte> buffer = std::vector<std::byte>(kRoom);
-  std::pmr::monotonic_buffer_resource resource{buffer.data(), buffer.size(),
-                                               std::pmr::null_memory_resource()};
-};
-
-// What `take` gives for the last of the blocks; then all are given back.
-template <class Take, class Empty>
-auto Repeat(Take take, Empty empty) {
-  return [=]() mutable {
-    for (unsigned i = 1; i < kBlocks; ++i) take();
-    const auto last = take();
+// The same operation on all sides: ours takes a block from an XBuf, the peers from a monotonic
+// resource and from an obstack. Each block is a call; the answer is what the last one gave.
+template <class Take, class TakeMonotonic, class TakeObstack>
+void CompareBlocks(const char* operation, std::size_t length, Take take,
+                   TakeMonotonic takeMonotonic, TakeObstack takeObstack) {
+  const auto repeat = [](auto call, auto takeOne, auto empty) {
+    for (unsigned i = 1; i < kBlocks; ++i) call(takeOne);
+    const auto last = call(takeOne);
     empty();
     return last;
   };
+  const XBuf xbuf;
+  Obstack obstack;
+  std::vector<std::byte> buffer(kCapacity);
+  std::pmr::monotonic_buffer_resource resource(buffer.data(), buffer.size(),
+                                               std::pmr::null_memory_resource());
+  Compare(
+      {"XBuf", operation, "16 of them", length, 1.0},
+      [&] { return repeat(Inlined{}, [&] { return take(xbuf.handle()); }, [&] { xbuf.Empty(); }); },
+      Peer{"monotonic_buffer_resource",
+           [&](auto call) {
+             return repeat(
+                 call, [&] { return takeMonotonic(resource); }, [&] { resource.release(); });
+           }},
+      Peer{"obstack", [&](auto call) {
+             return repeat(
+                 call, [&] { return takeObstack(obstack.get()); }, [&] { obstack.Empty(); });
+           }});
+}
+
+template <class Char>
+void CompareStringCopies(const char* operation, std::size_t length) {
+  const auto text = Letters<Char>(length);
+  const Char* psz = text.c_str();
+  const auto view = [=](void* block) {
+    return std::basic_string_view<Char>(static_cast<Char*>(block), length);
+  };
+  const auto size = [=] { return (std::char_traits<Char>::length(psz) + 1) * sizeof(Char); };
+  CompareBlocks(
+      operation, length,
+      [=](HXBUF hXBuf) {
+        LPVOID pBlock = nullptr;
+        Pick<Char>(exports.utXBufCopyStringTo, exports.utXBufCopyWideStringTo)(hXBuf, UT_XBUF_FRONT,
+                                                                               psz, &pBlock);
+        return view(pBlock);
+      },
+      [=](auto& resource) {
+        const std::size_t cb = size();
+        return view(std::memcpy(resource.allocate(cb, 1), psz, cb));
+      },
+      [=](obstack* stack) { return view(obstack_copy(stack, psz, int(size()))); });
 }
 
 void CompareBlocks(std::size_t length) {
   const auto cb = static_cast<DWORD>(length);
-  const XBuf xbuf;
-  const HXBUF hXBuf = xbuf.handle();
-  Obstack obstack;
-  Monotonic monotonic;
-  auto* stack = obstack.get();
-  auto* resource = &monotonic.resource;
-  const auto emptyXBuf = [&] { xbuf.Empty(); };
-  const auto emptyObstack = [&] { obstack.Empty(); };
-  const auto release = [=] { resource->release(); };
   const auto text = Letters(length);
   const char* psz = text.c_str();
-  const auto View = [=](void* block) {
-    return std::string_view(static_cast<char*>(block), length);
-  };
-
-  Compare(
-      {"utXBufReserveBlock", "16 blocks", length, 1.0},
-      Ours{Repeat(
-          [=] {
-            LPVOID pBlock = nullptr;
-            return exports.utXBufReserveBlock(hXBuf, UT_XBUF_FRONT, cb, &pBlock);
-          },
-          emptyXBuf)},
-      Peer{"monotonic_buffer_resource",
-           Repeat([=] { return Opaque(resource->allocate(length, 1)) != nullptr; }, release)},
-      Peer{"obstack", Repeat([=] { return obstack_alloc(stack, cb) != nullptr; }, emptyObstack)});
-
-  Compare(
-      {"utXBufCopyTo", "16 blocks", length, 1.0},
-      Ours{Repeat(
-          [=] {
-            LPVOID pBlock = nullptr;
-            exports.utXBufCopyTo(hXBuf, UT_XBUF_BACK, psz, cb, &pBlock);
-            return View(pBlock);
-          },
-          emptyXBuf)},
-      Peer{"monotonic_buffer_resource", Repeat(
-                                            [=] {
-                                              void* block = resource->allocate(length, 1);
-                                              return View(std::memcpy(block, psz, length));
-                                            },
-                                            release)},
-      Peer{"obstack", Repeat([=] { return View(obstack_copy(stack, psz, cb)); }, emptyObstack)});
-
-  Compare({"utXBufCopyStringTo", "16 strings", length, 1.0},
-          Ours{Repeat(
-              [=] {
-                LPVOID pBlock = nullptr;
-                exports.utXBufCopyStringTo(hXBuf, UT_XBUF_BACK, psz, &pBlock);
-                return View(pBlock);
-              },
-              emptyXBuf)},
-          Peer{"monotonic_buffer_resource", Repeat(
-                                                [=] {
-                                                  const std::size_t size = std::strlen(psz) + 1;
-                                                  return View(std::memcpy(
-                                                      resource->allocate(size, 1), psz, size));
-                                                },
-                                                release)},
-          Peer{"obstack",
-               Repeat([=] { return View(obstack_copy(stack, psz, int(std::strlen(psz) + 1))); },
-                      emptyObstack)});
-}
-
-// A reservation that fails; the resource throws then.
-void CompareNoRoom() {
-  const XBuf xbuf;
-  Monotonic monotonic;
-  Compare({"utXBufReserveBlock", "no room", 2 * kRoom, 1.0}, Ours{[&] {
-            LPVOID pBlock = nullptr;
-            return exports.utXBufReserveBlock(xbuf.handle(), UT_XBUF_FRONT, 2 * kRoom, &pBlock);
-          }},
-          Peer{"monotonic_buffer_resource", [&] {
-                 try {
-                   return Opaque(monotonic.resource.allocate(2 * kRoom, 1)) != nullptr;
-                 } catch (const std::bad_alloc&) {
-                   return false;
-                 }
-               }});
+  CompareBlocks(
+      "utXBufReserveBlock", length,
+      [=](HXBUF hXBuf) {
+        LPVOID pBlock = nullptr;
+        return exports.utXBufReserveBlock(hXBuf, UT_XBUF_FRONT, cb, &pBlock);
+      },
+      [=](auto& resource) {
+        void* block = resource.allocate(length, 1);
+        asm volatile("" : "+r"(block));
+        return block != nullptr;
+      },
+      [=](obstack* stack) { return obstack_alloc(stack, cb) != nullptr; });
+  const auto view = [=](void* block) { return std::string_view(static_cast<char*>(block), cb); };
+  CompareBlocks(
+      "utXBufCopyTo", length,
+      [=](HXBUF hXBuf) {
+        LPVOID pBlock = nullptr;
+        exports.utXBufCopyTo(hXBuf, UT_XBUF_BACK, psz, cb, &pBlock);
+        return view(pBlock);
+      },
+      [=](auto& resource) { return view(std::memcpy(resource.allocate(length, 1), psz, length)); },
+      [=](obstack* stack) { return view(obstack_copy(stack, psz, cb)); });
+  CompareStringCopies<CHAR>("utXBufCopyStringTo", length);
+  CompareStringCopies<WCHAR>("utXBufCopyWideStringTo", length);
 }
 
 template <class Char>
 using Record = std::conditional_t<sizeof(Char) == 1, NETRESOURCEA, NETRESOURCEW>;
 
 template <class Char>
-Answer<Char, 4> StringsOf(const Record<Char>& record) {
-  return {{record.lpLocalName, record.lpRemoteName, record.lpComment, record.lpProvider}};
+std::array<const Char*, 4> StringsOf(const Record<Char>& record) {
+  return {record.lpLocalName, record.lpRemoteName, record.lpComment, record.lpProvider};
 }
 
 template <class Char>
@@ -187,23 +169,22 @@ struct Members {
         comment(record.lpComment),
         provider(record.lpProvider) {}
 
-  Answer<Char, 4> Strings() const {
-    return {{localName.c_str(), remoteName.c_str(), comment.c_str(), provider.c_str()}};
+  std::array<const Char*, 4> Strings() const {
+    return {localName.c_str(), remoteName.c_str(), comment.c_str(), provider.c_str()};
   }
 };
 
 template <class Char>
 void CompareFlatten(std::size_t length) {
-  const std::string suffix = sizeof(Char) == 1 ? "" : "W";
+  const std::string name = Name<Char>("utCopyNETRESOURCE");
   auto text = Letters<Char>(length);
   Char* psz = text.data();
   const Record<Char> record = {1, 2, 3, 4, psz, psz, psz, psz};
-  std::vector<char> buffer(kRoom);
+  std::vector<char> buffer(kCapacity);
   const XBuf xbuf;
   Obstack obstack;
   Members<Char> members;
-  const auto cb =
-      static_cast<DWORD>(sizeof record + 4 * (length + 1) * sizeof(Char));  // what it takes
+  const auto cb = static_cast<DWORD>(sizeof record + 4 * (length + 1) * sizeof(Char));
   const Peer copies{"obstack", [&] {
                       const auto& copy = CopyRecord<Char>(obstack.get(), record);
                       obstack.Empty();
@@ -211,43 +192,32 @@ void CompareFlatten(std::size_t length) {
                     }};
   const Peer strings{"members that are strings",
                      [&] { return (members = Members<Char>(record)).Strings(); }};
-
-  Compare({"utCopyNETRESOURCE" + suffix, "four strings of this length", length, 0.5}, Ours{[&] {
-            Form<Char>::CopyNETRESOURCE(&record, buffer.data(), cb, UT_NR_ALL, nullptr);
-            return StringsOf<Char>(*reinterpret_cast<Record<Char>*>(buffer.data()));
-          }},
-          copies, strings);
-  Compare({"utCopyNETRESOURCE" + suffix + "_XBuffer", "four strings of this length", length, 0.5},
-          Ours{[&] {
-            const HXBUF hXBuf = xbuf.handle();
-            Form<Char>::CopyNETRESOURCE_XBuffer(&record, hXBuf, UT_NR_ALL, nullptr);
-            const LPVOID pCopy = exports.utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_FRONT);
-            xbuf.Empty();
-            return StringsOf<Char>(*static_cast<Record<Char>*>(pCopy));
-          }},
-          copies, strings);
-  Compare({"utCopyNETRESOURCE" + suffix, "no room", length}, Ours{[&] {
-            return Form<Char>::CopyNETRESOURCE(&record, buffer.data(), cb - 1, UT_NR_ALL, nullptr);
-          }},
-          Peer{"length of each", [&] {
-                 using Traits = std::char_traits<Char>;
-                 const auto units =
-                     Traits::length(record.lpLocalName) + Traits::length(record.lpRemoteName) +
-                     Traits::length(record.lpComment) + Traits::length(record.lpProvider) + 4;
-                 return sizeof record + units * sizeof(Char) <= cb - 1;
-               }});
+  Compare(
+      {"flatten", name, "four strings of this length", length, 1.0},
+      [&] {
+        BENCH_FORM(utCopyNETRESOURCE)(&record, buffer.data(), cb, UT_NR_ALL, nullptr);
+        return StringsOf<Char>(*reinterpret_cast<Record<Char>*>(buffer.data()));
+      },
+      copies, strings);
+  Compare(
+      {"flatten", name + "_XBuffer", "four strings of this length", length, 1.0},
+      [&] {
+        const auto copy =
+            Pick<Char>(exports.utCopyNETRESOURCE_XBuffer, exports.utCopyNETRESOURCEW_XBuffer);
+        copy(&record, xbuf.handle(), UT_NR_ALL, nullptr);
+        const LPVOID pCopy = exports.utXBufGetBlock(xbuf.handle(), UT_XBUF_BLOCK_FRONT);
+        xbuf.Empty();
+        return StringsOf<Char>(*static_cast<Record<Char>*>(pCopy));
+      },
+      copies, strings);
 }
 
-TEST_CASE("XBuf reserve, copy") {
-  for (const auto length : Lengths()) CompareBlocks(length);
-  CompareNoRoom();
-}
+}  // namespace
 
-TEST_CASE("Flatten a NETRESOURCE") {
+void bench::CompareXBufs() {
   for (const auto length : Lengths()) {
+    CompareBlocks(length);
     CompareFlatten<CHAR>(length);
     CompareFlatten<WCHAR>(length);
   }
 }
-
-}  // namespace

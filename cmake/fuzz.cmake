@@ -27,3 +27,4 @@ foreach(family strings multiasciiz unc xbuf netresource registry time dialog con
 endforeach()
 fuzz_target(module host/module)
 fuzz_target(registry_file host/registry)
+target_link_options(fuzz_registry_file PRIVATE -Wl,--wrap=write)

@@ -275,7 +275,8 @@ class Trial:
         return folder
 
     def objects(self, changed):
-        return [changed.get(source, self.builder.object_of(self.base, source)) for source in self.builder.compile]
+        base = ((source, self.builder.object_of(self.base, source)) for source in self.builder.compile)
+        return [changed.get(source, out) for source, out in base]
 
     def result(self, change):
         folder = self.folders.get()

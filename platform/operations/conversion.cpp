@@ -16,44 +16,23 @@
 namespace host {
 namespace {
 
-class Converter {
- public:
-  Converter(const std::string& to, const std::string& from)
-      : handle_(iconv_open(to.c_str(), from.c_str())) {
-    if (handle_ != kNone) return;
-    std::fprintf(stderr, "iconv can't convert from %s to %s here\n", from.c_str(), to.c_str());
-    std::abort();
+// Converts all of a text; each unit that stops the conversion is replaced.
+template <class To, class From>
+std::basic_string<To> Convert(const Converter& converter, std::basic_string_view<From> text,
+                              Replacement& replacement) {
+  std::string_view left(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(From));
+  std::string bytes;
+  for (;;) {
+    left.remove_prefix(converter.Convert(left, bytes));
+    if (left.empty()) break;
+    for (const char unit : replacement.text) bytes.append({unit, 0}, 0, sizeof(To));
+    replacement.wasUsed = true;
+    left.remove_prefix(sizeof(From));
   }
-  ~Converter() { iconv_close(handle_); }
-  Converter(const Converter&) = delete;
-  Converter& operator=(const Converter&) = delete;
-
-  template <class To, class From>
-  std::basic_string<To> Convert(std::basic_string_view<From> text, Replacement& replacement) {
-    std::basic_string<To> result;
-    auto* from = const_cast<char*>(reinterpret_cast<const char*>(text.data()));
-    for (std::size_t left = text.size() * sizeof(From); left != 0;) {
-      To chunk[256];
-      auto* to = reinterpret_cast<char*>(chunk);
-      std::size_t room = sizeof chunk;
-      const bool stopped = iconv(handle_, &from, &left, &to, &room) == kFailed;
-      const bool isChunkFull = stopped && errno == E2BIG;
-      result.append(chunk, (sizeof chunk - room) / sizeof(To));
-      if (!stopped || isChunkFull) continue;
-      result.append(replacement.text.begin(), replacement.text.end());
-      replacement.wasUsed = true;
-      from += sizeof(From);
-      left -= sizeof(From);
-    }
-    return result;
-  }
-
- private:
-  static constexpr auto kFailed = static_cast<std::size_t>(-1);
-  inline static const auto kNone = reinterpret_cast<iconv_t>(-1);
-
-  iconv_t handle_;
-};
+  std::basic_string<To> result(bytes.size() / sizeof(To), To());
+  std::memcpy(result.data(), bytes.data(), bytes.size());
+  return result;
+}
 
 bool IsActive(UINT codePage) { return codePage == CP_ACP || codePage == CodePage(); }
 
@@ -84,12 +63,37 @@ int Give(const std::basic_string<Unit>& text, Unit* target, int count) {
 
 }  // namespace
 
+Converter::Converter(const std::string& to, const std::string& from)
+    : handle_(iconv_open(to.c_str(), from.c_str())) {
+  if (handle_ != reinterpret_cast<iconv_t>(-1)) return;
+  std::fprintf(stderr, "iconv can't convert from %s to %s here\n", from.c_str(), to.c_str());
+  std::abort();
+}
+
+Converter::~Converter() { iconv_close(handle_); }
+
+std::size_t Converter::Convert(std::string_view text, std::string& result) const {
+  auto* from = const_cast<char*>(text.data());
+  std::size_t left = text.size();
+  bool isChunkFull = false;
+  do {
+    char chunk[1024];
+    char* to = chunk;
+    std::size_t capacity = sizeof chunk;
+    const bool stopped =
+        iconv(handle_, &from, &left, &to, &capacity) == static_cast<std::size_t>(-1);
+    isChunkFull = stopped && errno == E2BIG;
+    result.append(chunk, to);
+  } while (isChunkFull);
+  return text.size() - left;
+}
+
 std::u16string Widen(std::string_view text, const std::string& charset, Replacement& replacement) {
-  return Converter("UTF-16LE", charset).Convert<char16_t>(text, replacement);
+  return Convert<char16_t>(Converter("UTF-16LE", charset), text, replacement);
 }
 
 std::string Narrow(std::u16string_view text, const std::string& charset, Replacement& replacement) {
-  return Converter(charset, "UTF-16LE").Convert<char>(text, replacement);
+  return Convert<char>(Converter(charset, "UTF-16LE"), text, replacement);
 }
 
 std::string CharsetOf(unsigned codePage) { return "CP" + std::to_string(codePage); }

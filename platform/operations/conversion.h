@@ -3,6 +3,7 @@
 #ifndef PLATFORM_OPERATIONS_CONVERSION_H
 #define PLATFORM_OPERATIONS_CONVERSION_H
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,22 @@ namespace host {
 struct Replacement {
   std::string_view text = "?";  // in the target set; of single-byte characters for wide text
   bool wasUsed = false;
+};
+
+// An open conversion. Where iconv knows none between the two sets, the program ends.
+class Converter {
+ public:
+  Converter(const std::string& to, const std::string& from);
+  ~Converter();
+  Converter(const Converter&) = delete;
+  Converter& operator=(const Converter&) = delete;
+
+  // Converts the text up to its first unit that is not valid or has no counterpart, appends the
+  // bytes to the result, and gives the number of bytes that were taken.
+  std::size_t Convert(std::string_view text, std::string& result) const;
+
+ private:
+  void* handle_;
 };
 
 std::u16string Widen(std::string_view text, const std::string& charset, Replacement& replacement);

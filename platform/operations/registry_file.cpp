@@ -1,14 +1,7 @@
 #include "registry_file.h"
 
-#include <fcntl.h>
-#include <iconv.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
-#include <cstdlib>
 #include <cstring>
 #include <utility>
 
@@ -124,21 +117,11 @@ void AppendKey(std::string& out, const RegistryKey& key, const std::string& pare
 // Converts text into the active code page. False if it has a character that isn't there; `text` is
 // then what stands before it.
 bool ConvertText(std::string& text, const char* encoding) {
-  const iconv_t converter = iconv_open(CharsetOf(CodePage()).c_str(), encoding);
-  if (converter == reinterpret_cast<iconv_t>(-1)) {
-    text.clear();
-    return false;
-  }
-  std::string result(text.size() * 2, '\0');  // no character takes more than two bytes
-  char* from = text.data();
-  char* to = result.data();
-  std::size_t left = text.size();
-  std::size_t room = result.size();
-  const bool done = iconv(converter, &from, &left, &to, &room) == 0 && left == 0;
-  iconv_close(converter);
-  result.resize(result.size() - room);
+  std::string result;
+  const bool isWhole =
+      Converter(CharsetOf(CodePage()), encoding).Convert(text, result) == text.size();
   text = std::move(result);
-  return done;
+  return isWhole;
 }
 
 class Reader {
@@ -338,73 +321,6 @@ class Reader {
   std::string text_;
 };
 
-// --- Files
-
-[[noreturn]] void RefuseFile(const std::string& path, const std::string& what) {
-  throw RegistryFileError(0, path + ": " + what + ": " + std::strerror(errno));
-}
-
-// Repeats a call that a signal broke off.
-template <class Call>
-auto Retry(Call call) {
-  auto result = call();
-  while (result < 0 && errno == EINTR) result = call();
-  return result;
-}
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  bool IsOpen() const { return number_ >= 0; }
-  bool SetMode(mode_t mode) const { return fchmod(number_, mode) == 0; }
-
-  // False, with errno, at a failure.
-  bool Read(std::string& content, std::size_t maxSize) const {
-    char block[4096];
-    ssize_t count;
-    while ((count = Retry([&] { return read(number_, block, sizeof block); })) > 0) {
-      content.append(block, static_cast<std::size_t>(count));
-      if (content.size() > maxSize) break;
-    }
-    return count >= 0;
-  }
-
-  bool Write(std::string_view content) const {
-    while (!content.empty()) {
-      const ssize_t count = Retry([&] { return write(number_, content.data(), content.size()); });
-      if (count < 0) return false;
-      content.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
-  }
-
-  bool Sync() const {
-    return Retry([&] { return fsync(number_); }) == 0;
-  }
-
- private:
-  int number_;
-};
-
-Descriptor OpenToRead(const std::string& path) {
-  return Descriptor(Retry([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC); }));
-}
-
-// The mode that a new file at a path has to get: that of the old one, or that of any first file.
-mode_t ModeFor(const std::string& path) {
-  struct stat status;
-  if (stat(path.c_str(), &status) == 0) return status.st_mode & 0777;
-  const mode_t mask = umask(0);
-  umask(mask);
-  return 0666 & ~mask;
-}
-
 }  // namespace
 
 std::shared_ptr<RegistryKey> ParseRegistry(std::string_view content) {
@@ -423,46 +339,32 @@ std::string FormatRegistry(const RegistryKey& registry) {
   return out;
 }
 
-RegistryFile::RegistryFile(std::string path) : path_(std::move(path)) {
-  const Descriptor file = OpenToRead(path_);
-  if (!file.IsOpen()) {
-    if (errno != ENOENT) RefuseFile(path_, "can't be opened");
-    ReplaceRegistry(NewRegistry());
-    return;
-  }
-  std::string content;
-  if (!file.Read(content, kMaxRegistryFileSize)) RefuseFile(path_, "can't be read");
+RegistryFile::RegistryFile(std::string path) : file_(std::move(path), kMaxRegistryFileSize) {
   try {
-    auto registry = ParseRegistry(content);
+    const auto& content = file_.Read();
+    auto registry = content ? ParseRegistry(*content) : NewRegistry();
     FormatRegistry(*registry);  // nothing is loaded that couldn't be saved again
     ReplaceRegistry(std::move(registry));
   } catch (const RegistryFileError& error) {
     const std::string line = error.line() == 0 ? "" : std::to_string(error.line()) + ":";
-    throw RegistryFileError(error.line(), path_ + ":" + line + " " + error.what());
+    throw RegistryFileError(error.line(), file_.path() + ":" + line + " " + error.what());
+  } catch (const std::runtime_error& error) {
+    throw RegistryFileError(0, error.what());
   }
 }
 
-void RegistryFile::Save() const {
+void RegistryFile::Save() {
   std::string content;
   try {
     content = FormatRegistry(*CurrentRegistry());
   } catch (const RegistryFileError& error) {
-    throw RegistryFileError(0, path_ + ": can't be saved: " + error.what());
+    throw RegistryFileError(0, file_.path() + ": can't be saved: " + error.what());
   }
-  std::string fresh = path_ + ".XXXXXX";
-  const Descriptor file(mkostemp(fresh.data(), O_CLOEXEC));
-  if (!file.IsOpen()) RefuseFile(path_, "can't be saved");
-  if (!file.Write(content) || !file.SetMode(ModeFor(path_)) || !file.Sync() ||
-      rename(fresh.c_str(), path_.c_str()) != 0) {
-    const int reason = errno;
-    unlink(fresh.c_str());
-    errno = reason;
-    RefuseFile(path_, "can't be saved");
+  try {
+    file_.Replace(std::move(content));
+  } catch (const std::runtime_error& error) {
+    throw RegistryFileError(0, error.what());
   }
-  // The new name must be on the disk too.
-  const auto slash = path_.rfind('/');
-  const Descriptor folder = OpenToRead(slash == path_.npos ? "." : path_.substr(0, slash + 1));
-  if (!folder.IsOpen() || !folder.Sync()) RefuseFile(path_, "may not be on the disk");
 }
 
 }  // namespace host

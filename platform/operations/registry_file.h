@@ -2,6 +2,9 @@
 // "Windows Registry Editor Version 5.00", in UTF-16LE with its mark or in UTF-8, and "REGEDIT4", in
 // the active code page; written is REGEDIT4, which keeps every byte of names and data.
 //
+// A file written here has a mark at its end, without which it is refused. A file that another
+// program wrote has none: if it was cut at the end of a line, nobody can tell.
+//
 //   host::RegistryFile file("settings.reg");  // a missing file is an empty registry
 //   ...
 //   file.Save();
@@ -13,6 +16,7 @@
 #include <string>
 #include <string_view>
 
+#include "atomic_file.h"
 #include "registry.h"
 
 namespace host {
@@ -50,14 +54,14 @@ class RegistryFile {
   // registry stay as they were.
   explicit RegistryFile(std::string path);
 
-  // Writes the registry to a new file and renames it over the old one, whose mode it takes over, so
-  // that a crash leaves one of the two and never a part. Throws a RegistryFileError; the old file
-  // then stays, or the new one if only its place in the folder is not known to be on the disk.
-  // Neither another operation on the registry nor umask() may run meanwhile.
-  void Save() const;
+  // Puts the registry into the file, as AtomicFile::Replace() does it: a crash leaves the old file
+  // or the new one. Throws a RegistryFileError, also if another process changed the file since it
+  // was loaded or saved here; its changes are had by loading the file anew. No other operation on
+  // the registry may run meanwhile.
+  void Save();
 
  private:
-  std::string path_;
+  AtomicFile file_;
 };
 
 }  // namespace host

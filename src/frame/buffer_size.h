@@ -2,6 +2,7 @@
 #ifndef TAVKIT_FRAME_BUFFER_SIZE_H
 #define TAVKIT_FRAME_BUFFER_SIZE_H
 
+#include <stddef.h>
 #include <tavkit/frame.h>
 
 namespace tavkit {
@@ -23,6 +24,11 @@ inline constexpr DWORD kUncountable = ~DWORD{0};
 // holds as many bytes. It saturates: a wrapped one could fit.
 inline DWORD AddSizes(DWORD cbFirst, DWORD cbSecond) {
   return cbSecond > kUncountable - cbFirst ? kUncountable : cbFirst + cbSecond;
+}
+
+// A distance in memory as a size.
+inline DWORD CountedSize(size_t count) {
+  return count < kUncountable ? static_cast<DWORD>(count) : kUncountable;
 }
 
 // Whether a sum of sizes fits a buffer.

@@ -44,7 +44,7 @@ void CheckDigits(decltype(utIsStrDigit) isOf, const char* digits, const std::str
   const std::size_t good = std::strspn(buffer.get(), digits);
   host::StartJournal();
   EXPECT_EQ(isOf(buffer.get(), &bad), good == text.size()) << testing::PrintToString(text);
-  EXPECT_EQ(host::TakeJournal().size(), good);  // one step by CharNextA for each
+  EXPECT_TRUE(host::TakeJournal().empty());  // each of the class is a character of its own
   EXPECT_EQ(bad, good == text.size() ? unwritten : buffer.get() + good);
   EXPECT_EQ(isOf(buffer.get(), nullptr), good == text.size());
 }
@@ -83,7 +83,7 @@ void CheckNumbers(const std::string& text) {
   const auto digits = text.substr(0, std::strspn(text.c_str(), kHexDigits)).substr(0, 8);
   host::StartJournal();
   EXPECT_EQ(utAtoX(buffer.get()), std::strtoul(("0" + digits).c_str(), nullptr, 16)) << text;
-  EXPECT_EQ(host::TakeJournal().size(), digits.size());  // one step by CharNextA for each
+  EXPECT_TRUE(host::TakeJournal().empty());
 }
 
 PROPERTY(DigitText, ReadsAnyNumberAtTheStart, 2000) { CheckNumbers(AnyText(choices, 17)); }

@@ -128,7 +128,7 @@ PROPERTY(NetResource, IsFlattenedIntoBuffersAndXBufs, 1600) {
                         : CheckFlattening<test::WideForm>(choices);
 }
 
-TEST(NetResource, ReadsEachStringTwiceAndAllocatesOnce) {
+TEST(NetResource, MeasuresEachStringOnceAndAllocatesOnce) {
   char local[] = "L:", remote[] = "share", provider[] = "p";
   const NETRESOURCEA source = {1, 2, 3, 4, local, remote, nullptr, provider};
   char block[sizeof source + 11];
@@ -137,8 +137,9 @@ TEST(NetResource, ReadsEachStringTwiceAndAllocatesOnce) {
   const auto journal = host::TakeJournal();
   EXPECT_EQ(std::string(block + sizeof source, 11), std::string("p\0share\0L:", 11));
   const auto xbuf = sizeof(void*) == 4 ? 32 : 48;  // bytes of the object
-  const auto read = Line("lstrlenA", local) + Line("lstrlenA", remote) + Line("lstrlenA", provider);
-  EXPECT_EQ(test::Text(journal), read + Line("LocalAlloc", 0x40, xbuf) + read +
+  const auto measured =
+      Line("lstrlenA", local) + Line("lstrlenA", remote) + Line("lstrlenA", provider);
+  EXPECT_EQ(test::Text(journal), measured + Line("LocalAlloc", 0x40, xbuf) +
                                      Line("LocalFree", journal.back().arguments.at(0)));
 }
 

@@ -1,1 +1,0 @@
-// A shared object with nothing in it: what loading one costs at least.
