@@ -11,21 +11,16 @@ comment { line = $0; gsub(/^\/\*\*|^ \*\/?|\*\/$/, "", line); text = text line "
   sentence[ordinal] = text; familyOf[ordinal] = family
 }
 END {
-  command = "awk -v mark=UT_EXPORT -v form=entries -f cmake/declarations.awk '" FILENAME "'"
-  while ((command | getline entry) > 0) {
-    split(entry, part, /[(), ]+/)
-    bytes[part[2]] = part[4]; name[part[2]] = part[3]; ordinalOf[part[3]] = part[2]
-  }
+  while (read_entry("entries")) { name[part[2]] = part[3]; bytes[part[2]] = part[4] }
+  while (read_entry("pairs")) twinOf[part[3]] = part[4]
   for (ordinal in name) {
-    twin = twin_of(name[ordinal])
+    twin = name[ordinal] in twinOf ? twinOf[name[ordinal]] : "-"
     print ordinal "\t" name[ordinal] "\t" bytes[ordinal] "\t" familyOf[ordinal] "\t" twin "\t" sentence[ordinal]
   }
 }
 
-# utName and utNameW, utName_XBuffer and utNameW_XBuffer, utNameString and utNameWideString.
-function twin_of(byteName,   wideName) {
-  wideName = byteName "W"
-  if (wideName in ordinalOf) return wideName
-  wideName = byteName
-  return (sub(/_/, "W_", wideName) || sub(/String/, "WideString", wideName)) && wideName in ordinalOf ? wideName : "-"
+# The next line of a table that is made from the declarations, in parts.
+function read_entry(form,   entry) {
+  if (("awk -v mark=UT_EXPORT -v form=" form " -f cmake/declarations.awk '" FILENAME "'" | getline entry) <= 0) return 0
+  return split(entry, part, /[(), ]+/)
 }

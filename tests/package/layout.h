@@ -7,7 +7,6 @@
 #endif
 
 #define HOLDS(name, condition) typedef char name[(condition) ? 1 : -1]
-#define POINTER sizeof(void*)
 #define AT(record, member, offset) (offsetof(record, member) == (offset))
 
 HOLDS(widths, sizeof(CHAR) == 1 && sizeof(BYTE) == 1 && sizeof(WCHAR) == 2 && sizeof(WORD) == 2 &&
