@@ -110,11 +110,11 @@ UT_EXPORT(252) DWORD UT_API utCheckUNCNameW(LPCWSTR pszName);
  * The size asked for is two bytes and the name for a server, one byte and the name for a resource
  * or path, and one byte for the terminator: never less than is written. Names count without their
  * leading backslashes, unlike that of utServerName. A name without any part asks for nothing, and
- * its terminator is written. A size that passes 32 bits is refused.
+ * its terminator is written.
  *
  * @param pszOut      receives the name; NULL is refused. The parts don't overlap it.
- * @param cbOut       its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED nothing is compared,
- *                    and the caller provides the size asked for.
+ * @param cbOut       its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED every size fits that
+ *                    32 bits count, and the caller provides the size asked for.
  * @param pszServer   the server; NULL or an empty one leaves it out.
  * @param pszResource the resource; NULL leaves it out.
  * @param pszPath     the path; NULL leaves it out.
@@ -140,8 +140,8 @@ BOOL UT_API utBuildUNCNameW(LPWSTR pszOut, DWORD cbOut, LPCWSTR pszServer, LPCWS
  * @param nForm     UT_SERVERNAME_UNC, or any other value for the name alone.
  * @param pszOut    receives the name; NULL is refused. The name doesn't overlap it:
  *                  utConvertServerName works in place.
- * @param cbOut     its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED nothing is compared, and
- *                  the caller provides the size asked for.
+ * @param cbOut     its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED every size fits that 32
+ *                  bits count, and the caller provides the size asked for.
  * @return 1, or 0 with pszOut empty if the name didn't fit, or untouched if pszOut was refused.
  */
 UT_EXPORT(35) BOOL UT_API utServerName(LPCSTR pszServer, INT nForm, LPSTR pszOut, DWORD cbOut);
