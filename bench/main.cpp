@@ -54,19 +54,19 @@ struct Side {
   unsigned long times = 1;
   std::vector<double> batches = {};
 
+  // Twice, as a pause makes a batch look long enough.
   explicit Side(Loop work) : loop(std::move(work)) {
-    for (double took = 0; times < 1u << 30; times *= 2) {
-      took = Nanoseconds(loop, times);
-      if (took >= kBatch) break;
-    }
+    while (Nanoseconds(loop, times) < kBatch || Nanoseconds(loop, times) < kBatch) times *= 2;
   }
   void Run() { batches.push_back(Nanoseconds(loop, times) / double(times)); }
-  double Quantile(double share) {
-    std::sort(batches.begin(), batches.end());
-    return batches[static_cast<std::size_t>(share * double(batches.size() - 1))];
+
+  double Quartile(int which) {
+    const auto at = batches.begin() + which * kBatches / 4;
+    std::nth_element(batches.begin(), at, batches.end());
+    return *at;
   }
-  double Median() { return Quantile(0.5); }
-  double Spread() { return Quantile(0.75) - Quantile(0.25); }
+  double Time() { return Quartile(1); }  // what else the machine does only adds to a batch
+  double Noise() { return Quartile(3) - Quartile(1); }
 };
 
 }  // namespace
@@ -126,13 +126,13 @@ void Report(const Task& task, const Loop& ours, const std::vector<PeerLoops>& pe
   for (int batch = 0; batch < kBatches; ++batch) {
     for (auto& side : sides) side.Run();
   }
-  const double platform = calls.empty() ? 0 : std::max(0.0, sides[1].Median() - sides[2].Median());
-  const double noise = sides[0].Spread() + (calls.empty() ? 0 : sides[1].Spread());
+  const double platform = calls.empty() ? 0 : std::max(0.0, sides[1].Time() - sides[2].Time());
+  const double noise = sides[0].Noise() + (calls.empty() ? 0 : sides[1].Noise());
   for (std::size_t i = 0; i < peers.size(); ++i) {
     std::printf("%s\t%s\t%s\t%zu\t%s\t%g\t%.3f\t%.3f\t%.3f\t", task.family, task.operation.c_str(),
-                task.input.c_str(), task.size, peers[i].name, task.goal, sides[0].Median(),
-                platform, sides[3 + 2 * i].Median());
-    if (peers[i].inlined) std::printf("%.3f", sides[4 + 2 * i].Median());
+                task.input.c_str(), task.size, peers[i].name, task.goal, sides[0].Time(), platform,
+                sides[3 + 2 * i].Time());
+    if (peers[i].inlined) std::printf("%.3f", sides[4 + 2 * i].Time());
     std::printf("\t%.3f\n", noise);
   }
 }
