@@ -100,7 +100,7 @@ def lines_of(rows):
         works.setdefault(row.work(), []).append(row)
     for work in works.values():
         for _, same in itertools.groupby(sorted(work, key=lambda row: row.size),
-                                         lambda row: 1 if 0 < row.size <= SWEEP and len(work) > 5 else row.size):
+                                         lambda row: min(row.size, 1) if row.size <= SWEEP else row.size):
             yield Line(list(same))
 
 
