@@ -1,5 +1,5 @@
-// Prints the rows, tab-separated: family, operation, input, size, peer, goal, and in nanoseconds our
-// time, that of the platform's calls in it, the peer's called and inlined, and the noise in ours.
+// Prints the rows, tab-separated: family, operation, input, size, peer, goal, and in nanoseconds
+// our time, that of the platform's calls in it, the peer's called and inlined, and the noise.
 #include <codepage.h>
 
 #include <algorithm>
