@@ -66,7 +66,7 @@ struct Side {
     return *at;
   }
   double Time() { return Quartile(1); }  // what else the machine does only adds to a batch
-  double Noise() { return Quartile(3) - Quartile(1); }
+  double Noise() { return Quartile(1) - Quartile(0); }
 };
 
 }  // namespace

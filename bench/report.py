@@ -201,9 +201,9 @@ function too. What a peer takes where the compiler works it into its caller stan
 without a goal. Where a byte form calls `CharNextA`, `lstrlenA` or `lstrcpyA`, these very calls are recorded,
 made again alone in the same run, and taken off our time; `raw` in the whole table is the ratio with them. A
 change of a list is taken back in the same piece of work, and a text to be trimmed is put back first, on both
-sides and in both times. Lengths of 1 to 32 make one row, which is lost if any of them is. A row is within noise
-if it misses its goal by less than our batches differ, and by at most {ALLOWANCE:.0%} of the peer's time.
-`script/bench` leaves the whole table in `build/bench/table.txt`.
+sides and in both times. Lengths of 1 to 32 make one row, which is lost if any of them is. Noise is how far the
+lower quartile lies above the shortest batch. A row is within noise if it misses its goal by less than that, and
+by at most {ALLOWANCE:.0%} of the peer's time. `script/bench` leaves the whole table in `build/bench/table.txt`.
 
 {markdown(summary(lines))}
 ## Rows that are lost
