@@ -1,7 +1,8 @@
 # The fuzz targets, one for each family: its tests' properties under libFuzzer, which is guided by the
 # library and the platform layer alone.
 target_compile_options(tavkit PRIVATE -fsanitize=fuzzer-no-link)
-target_compile_options(host_platform PRIVATE -fsanitize=fuzzer-no-link)
+target_compile_options(operations PRIVATE -fsanitize=fuzzer-no-link)
+target_compile_options(loader PRIVATE -fsanitize=fuzzer-no-link)
 
 set(fuzz_options ${warnings} -Wno-conversion -O1 -g1 -fno-sanitize=undefined)
 add_library(fuzz_driver STATIC fuzz/target.cpp)
@@ -26,3 +27,4 @@ foreach(family strings multiasciiz unc xbuf netresource registry time dialog con
 endforeach()
 fuzz_target(module host/module)
 fuzz_target(registry_file host/registry)
+target_link_options(fuzz_registry_file PRIVATE -Wl,--wrap=write)

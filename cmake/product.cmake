@@ -1,13 +1,28 @@
-# TAVKIT.DLL, tavkit.lib and TAVKIT.pdb.
+# TAVKIT.DLL, tavkit.lib and TAVKIT.pdb, for the processor that the toolchain file names.
 enable_language(RC)
+
+# Import names carry the bytes of their arguments where the callee takes these off the stack. The
+# subsystem's version is that of the oldest system for the processor that takes the image. Stacks are
+# walked by tables at 64 bits, which freestanding code is given on demand only.
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL AMD64)
+  set(import_form imports)
+  set(import_machine i386:x86-64)
+  set(subsystem windows,5.02)
+  set(machine_options -fasynchronous-unwind-tables)
+else()
+  set(import_form stdcall_imports)
+  set(import_machine i386)
+  set(subsystem windows,5.01)
+  set(machine_options)
+endif()
 
 generate_from(tavkit.def UT_EXPORT def FROM ${public_headers})
 
 foreach(module KERNEL32 USER32 ADVAPI32)
-  generate_from(${module}.def UT_IMPORT imports ${module} FROM ${platform_header})
+  generate_from(${module}.def UT_IMPORT ${import_form} ${module} FROM ${platform_header})
   add_custom_command(
     OUTPUT ${generated}/${module}.lib
-    COMMAND llvm-dlltool-19 -k -m i386 -d ${module}.def -l ${module}.lib
+    COMMAND llvm-dlltool-19 -k -m ${import_machine} -d ${module}.def -l ${module}.lib
     DEPENDS ${generated}/${module}.def
     WORKING_DIRECTORY ${generated}
     VERBATIM)
@@ -30,7 +45,7 @@ target_compile_definitions(tavkit PRIVATE TAVKIT_BUILDING TAVKIT_NO_WINDOWS_H)
 # Paths below the project's folder are written relative to it, so that any folder gives the same bytes.
 target_compile_options(
   tavkit
-  PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${warnings};${freestanding};-ffreestanding;-msse2;-gcodeview;
+  PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${warnings};${freestanding};-ffreestanding;${machine_options};-msse2;-gcodeview;
           SHELL:-Xclang -cfguard;-mno-incremental-linker-compatible;-ffile-compilation-dir=.;
           -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
 
@@ -45,7 +60,7 @@ target_link_options(
   "SHELL:-Xlinker /nodefaultlib"
   "SHELL:-Xlinker /entry:DllMain"
   "SHELL:-Xlinker /def:generated/tavkit.def"
-  "SHELL:-Xlinker /subsystem:windows,5.01"
+  "SHELL:-Xlinker /subsystem:${subsystem}"
   "SHELL:-Xlinker /opt:ref,noicf"
   "SHELL:-Xlinker /guard:cf,nolongjmp"
   "SHELL:-Xlinker /debug"

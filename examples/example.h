@@ -3,6 +3,7 @@
 #define EXAMPLES_EXAMPLE_H
 
 #include <client.h>
+#include <operation_table.h>
 #include <tavkit.h>
 
 #include <cstdio>
@@ -17,7 +18,8 @@ inline int Run(int argc, char** argv, void (*body)()) {
     return 2;
   }
   try {
-    const auto module = host::ConnectTavkit(argc > 1 ? argv[1] : "dist/bin/TAVKIT.DLL");
+    const auto module = host::ConnectTavkit(argc > 1 ? argv[1] : "dist/bin/TAVKIT.DLL",
+                                            host::FindPlatformOperation);
     body();
     return 0;
   } catch (const host::ModuleError& error) {

@@ -5,6 +5,7 @@
 // Usage: share_inventory FILE SETTINGS [DLL]
 #include <client.h>
 #include <file_time.h>
+#include <operation_table.h>
 #include <registry_file.h>
 #include <sys/stat.h>
 #include <tavkit.h>
@@ -271,8 +272,9 @@ int main(int argc, char** argv) {
   std::ifstream file(argv[1]);
   if (!file) return Fail(std::string(argv[1]) + " can't be opened; name a file of lines");
   try {
-    const auto module = host::ConnectTavkit(argc > 3 ? argv[3] : "dist/bin/TAVKIT.DLL");
-    const host::RegistryFile settings(argv[2]);
+    const auto module = host::ConnectTavkit(argc > 3 ? argv[3] : "dist/bin/TAVKIT.DLL",
+                                            host::FindPlatformOperation);
+    host::RegistryFile settings(argv[2]);
     const std::time_t now = std::time(nullptr);
     host::SetZoneBias(static_cast<int>(-std::localtime(&now)->tm_gmtoff / 60));
 

@@ -8,21 +8,26 @@
  *   Text       A byte form works on strings in the active code page, its twin with the suffix W on
  *              strings of 16-bit units, one unit being one character. Wide strings may stand at odd
  *              addresses.
- *   Sizes      `cb` counts bytes in both forms, `cch` counts characters, `c` counts things.
- *   Failures   The result alone reports a failure; no last-error value is set.
- *   Buffers    belong to the caller; nothing refers to them after a call, but an XBuf to the one
+ *   Sizes      `cb` counts bytes in both forms, `cch` counts characters, `c` counts things. Two
+ *              names say `cch` and count bytes: cchBuffer of utDayOfWeekName and utMonthName, and
+ *              cchSource of utAscii2Hex.
+ *   Failures   The result alone reports a failure. The library sets no last-error value; a platform
+ *              operation that it calls may.
+ *   Buffers    belong to the caller; nothing refers to them after a call, except an XBuf to the one
  *              that it holds.
- *   Room       Where a destination is too small, by family:
+ *   Too small  What a destination that is too small gets, by family:
  *
- *                cut to fit, result 1      string copies, utBreakUNCName, utExtractServer and
- *                                          utExtractServerResource
- *                refused, result 0         lists, built names, server names, XBuf, NETRESOURCE,
- *                                          key paths
+ *                cut to fit, result 1      string copies, utExtractServer, utExtractServerResource,
+ *                                          utMultiAsciiz2Array
+ *                cut to fit                utBreakUNCName, whose result tells of the name alone
+ *                what fits, result 0       utArray2MultiAsciiz
+ *                refused, result 0         all other lists, built names, server names, XBuf,
+ *                                          NETRESOURCE, key paths
  *                the default stored        registry texts, with the platform's code where one is
  *                                          given
  *                what the platform does    names of days and months, code-page conversion
  *
- *              What UT_SIZE_UNCHECKED does stands at each operation that takes a size.
+ *              What UT_SIZE_UNCHECKED does is said at each operation that takes a size.
  *   Threads    No lock and no shared data: calls on different data may run at the same time.
  */
 #ifndef TAVKIT_H

@@ -3,7 +3,7 @@
  *
  * MultiAsciiz lists: any number of strings in one flat block of memory.
  *
- * The strings stand one directly behind the other, each with its terminator, and one more zero, the
+ * Each string directly follows the one before it, each with its terminator, and one more zero, the
  * final zero, ends the list. The strings ab and x make this list of six bytes:
  *
  * @code{.unparsed}
@@ -13,18 +13,21 @@
  * @endcode
  *
  * The W form has a 16-bit unit in the place of each byte. There is no header and no count, no
- * member is empty, and nothing behind the final zero belongs to the list: a block whose first unit
+ * member is empty, and nothing after the final zero belongs to the list: a block whose first unit
  * is zero is an empty list, whatever follows. The strings are in no order, and one may occur twice.
  *
  * Two sizes are in use, both in bytes: the used size, which is the strings with their terminators
  * (5 above), and the full size, which is the used size and the final zero (6 above).
  *
  * What a call costs. utMultiAsciizSize, utMultiAsciizStringCount, utScanMultiAsciiz,
- * utAppendMultiAsciiz, utInsertMultiAsciiz, utRemoveMultiAsciiz and utMultiAsciiz2Array walk the
- * list from its head, at most once. So a list that is built with utAppendMultiAsciiz takes time
- * that grows with the square of its size. utCopyNextAsciiz walks nothing: a list that is built with
- * it takes time that grows with its size. The walk relies on the final zero and looks for nothing
- * else.
+ * utAppendMultiAsciiz, utInsertMultiAsciiz, utRemoveMultiAsciiz and utMultiAsciiz2Array read the
+ * list from its head, and utMultiAsciizStringCount reads it twice. So a list that is built with
+ * utAppendMultiAsciiz takes time that grows with the square of its size. utCopyNextAsciiz reads
+ * nothing of the list: building one with it takes time that grows with its size. The reading relies
+ * on the final zero and looks for nothing else.
+ *
+ * Sizes are compared without wrapping: a string or a list so large that the size needed passes 32
+ * bits is refused.
  *
  * @code
  * CHAR list[64];
@@ -76,33 +79,34 @@ UT_EXPORT(241) DWORD UT_API utMultiAsciizStringCountW(LPCWSTR pList);
 
 /**
  * Steps over a string and its terminator. It knows nothing of the list: the caller stops at the
- * final zero, where the string is empty. On the final zero itself it gives the address behind the
+ * final zero, where the string is empty. On the final zero itself it gives the address after the
  * list.
  *
  * @param pszString a string of a list; NULL gives NULL.
- * @return the next string, or the final zero behind the last one.
+ * @return the next string, or the final zero after the last one.
  */
 UT_EXPORT(51) LPSTR UT_API utNextAsciiz(LPCSTR pszString);
 /** Wide form of utNextAsciiz. */
 UT_EXPORT(245) LPWSTR UT_API utNextAsciizW(LPCWSTR pszString);
 
 /**
- * Adds a string where a cursor stands, for building a list in one pass. Cursor and count start as
+ * Adds a string at a cursor, for building a list in one pass. Cursor and count start as
  * the buffer and its size. After each string that was taken, the buffer from its start through the
  * cursor is a whole list; until then, an empty string makes the buffer one.
  *
  * @param pszString    the string, which doesn't run across the cursor. NULL or an empty one closes
  *                     the list: a zero is stored at the cursor, and neither cursor nor count moves.
+ *                     That takes a count of at least 1.
  * @param ppCursor     the caller's cursor, not NULL. It moves to the new final zero. A cursor that
  *                     is NULL is refused.
  * @param pcbRemaining the caller's count of bytes from the cursor to the end of the buffer, not
- *                     NULL. It goes down by the string with its terminator; the room needed is one
+ *                     NULL. It goes down by the string with its terminator; the size needed is one
  *                     byte more. UT_SIZE_UNCHECKED is a number like any other and is reduced too.
  * @return 1, or 0 if the string was refused: list, cursor and count then stay as they were.
  */
 UT_EXPORT(54) BOOL UT_API utCopyNextAsciiz(LPCSTR pszString, LPSTR* ppCursor, LPDWORD pcbRemaining);
 /**
- * Wide form of utCopyNextAsciiz: the count is in bytes, the room needed is two bytes more than the
+ * Wide form of utCopyNextAsciiz: the count is in bytes, the size needed is two bytes more than the
  * string with its terminator, and closing the list takes a count of 2.
  */
 UT_EXPORT(246)
@@ -117,7 +121,7 @@ BOOL UT_API utCopyNextAsciizW(LPCWSTR pszString, LPWSTR* ppCursor, LPDWORD pcbRe
  * @param cbList    the size of its buffer in bytes, at least the used size of the list: the used
  *                  size is subtracted from it, and the difference has to cover the string, its
  *                  terminator and the final zero. UT_SIZE_UNCHECKED passes as a very large number.
- * @return 1, or 0 if there was no room and the list stays as it was.
+ * @return 1, or 0 if the string didn't fit; the list then stays as it was.
  */
 UT_EXPORT(55) BOOL UT_API utAppendMultiAsciiz(LPCSTR pszString, LPSTR pList, DWORD cbList);
 /** Wide form of utAppendMultiAsciiz; cbList is in bytes. */
@@ -140,18 +144,20 @@ LPWSTR UT_API utScanMultiAsciizW(LPCWSTR pszString, LPCWSTR pList, BOOL fCaseSen
 
 /**
  * Inserts a string into a list. Only the bounds of the position are looked at, so the caller takes
- * care that a string begins there: a position inside a string splits it there, and one on a
- * terminator that isn't the last ends the list behind the new string.
+ * care that a string begins there. A position inside a string splits it, and its first part runs
+ * into the new string: X inserted at index 4 of ab, cd gives ab, cX, d. On a terminator other than
+ * the last the new string joins the one before it and the list ends there: X at index 2 gives abX.
  *
  * @param pszString the string, which may be a member of the list. NULL or an empty one changes
  *                  nothing and gives 1.
- * @param pInsertAt the member in front of which the string goes; the final zero, or the terminator
- *                  of the last string, to append as utAppendMultiAsciiz does. NULL is refused,
+ * @param pInsertAt the member that is to follow the string; the final zero, or the terminator of
+ *                  the last string, to append as utAppendMultiAsciiz does. NULL is refused,
  *                  whatever the string, and so is a position outside the list.
  * @param pList     the list; NULL is refused.
- * @param cbList    the size of its buffer in bytes, at least the full size of the list.
- *                  UT_SIZE_UNCHECKED passes as a very large number.
- * @return 1, or 0 if the position was refused or there was no room: the list then stays as it was.
+ * @param cbList    the size of its buffer in bytes. One below what the list already uses is
+ *                  refused. UT_SIZE_UNCHECKED passes as a very large number.
+ * @return 1, or 0 if the position was refused or the string didn't fit; the list then stays as it
+ *         was.
  */
 UT_EXPORT(58)
 BOOL UT_API utInsertMultiAsciiz(LPCSTR pszString, LPSTR pInsertAt, LPSTR pList, DWORD cbList);
@@ -163,8 +169,8 @@ UT_EXPORT(243)
 BOOL UT_API utInsertMultiAsciizW(LPCWSTR pszString, LPWSTR pInsertAt, LPWSTR pList, DWORD cbList);
 
 /**
- * Removes strings from the front of a list. Bytes behind the new final zero keep what they held,
- * but an emptied list has a second zero behind its final zero, as utInitMultiAsciiz leaves it.
+ * Removes strings from the front of a list. Bytes after the new final zero keep what they held,
+ * but a second zero follows the final zero of an emptied list, as utInitMultiAsciiz leaves it.
  *
  * @param pList    the list; NULL counts as an empty one.
  * @param cStrings how many strings to remove; with 0 the list isn't looked at.
@@ -182,8 +188,8 @@ UT_EXPORT(244) BOOL UT_API utRemoveMultiAsciizW(LPWSTR pList, DWORD cStrings);
  * @param pList       the buffer; NULL is refused.
  * @param cbList      its true size in bytes, never UT_SIZE_UNCHECKED; 4 or less is refused.
  * @param pcStored    receives the number of strings stored, whatever the result; may be NULL.
- * @return 1 if every string was stored. 0 if the buffer was refused and left alone, or if there was
- *         no room for one of the strings: the list then holds those in front of that one.
+ * @return 1 if every string was stored. 0 if the buffer was refused and left alone, or if one of
+ *         the strings didn't fit: the list then holds those before that one.
  */
 UT_EXPORT(48)
 BOOL UT_API utArray2MultiAsciiz(const LPCSTR* ppszStrings, LPSTR pList, DWORD cbList,

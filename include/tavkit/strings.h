@@ -8,7 +8,7 @@
  * - utFindChar, utFindRevChar, utTruncateAtChar: the string is walked byte by byte and wChar counts
  *   with its low 8 bits. 0x5C is found inside a double-byte character too.
  * - utSkipLeadChar, utCountLeadChar, utTrimChar: the string is walked by characters of the active
- *   code page. Only 0x01 to 0x7F can match: no byte of 0x80 or above equals any wChar, and no wChar
+ *   code page, as the platform's CharNextA steps. Only 0x01 to 0x7F can match: no byte of 0x80 or above equals any wChar, and no wChar
  *   above 0x7F equals any byte.
  * - every W form: unit by unit, all 16 bits.
  *
@@ -27,7 +27,7 @@
 #define UT_TRIM_TRAILING 2
 
 /**
- * Steps to the next character.
+ * Steps to the next character, as the platform's CharNextA does.
  *
  * @param psz position in a string; NULL gives NULL.
  * @return the next character; psz itself on the terminator.
@@ -37,7 +37,7 @@ UT_EXPORT(26) LPSTR UT_API utCharNext(LPCSTR psz);
 UT_EXPORT(220) LPWSTR UT_API utCharNextW(LPCWSTR psz);
 
 /**
- * Steps to the previous character.
+ * Steps to the previous character, as the platform's CharPrevA does.
  *
  * @param pszStart   start of the string; NULL gives NULL.
  * @param pszCurrent position in the string; NULL gives NULL. Below pszStart the platform decides.
@@ -90,7 +90,7 @@ UT_EXPORT(53) LPSTR UT_API utFindRevChar(LPCSTR psz, WORD wChar);
 UT_EXPORT(232) LPWSTR UT_API utFindRevCharW(LPCWSTR psz, WORD wChar);
 
 /**
- * Stores a zero over the first match of a character, found as by utFindChar. The bytes behind it
+ * Stores a zero over the first match of a character, found as by utFindChar. The bytes after it
  * stay as they were.
  *
  * @param psz   writable string, or NULL, which stores nothing.
@@ -102,7 +102,7 @@ UT_EXPORT(20) LPSTR UT_API utTruncateAtChar(LPSTR psz, WORD wChar);
 UT_EXPORT(233) LPWSTR UT_API utTruncateAtCharW(LPWSTR psz, WORD wChar);
 
 /**
- * Skips a character wherever it stands at the start of a string.
+ * Skips every occurrence of a character at the start of a string.
  *
  * @param psz   the string; NULL gives NULL.
  * @param wChar the character to skip, 0x01 to 0x7F.
@@ -124,8 +124,8 @@ UT_EXPORT(22) DWORD UT_API utCountLeadChar(LPCSTR psz, WORD wChar);
 UT_EXPORT(225) DWORD UT_API utCountLeadCharW(LPCWSTR psz, WORD wChar);
 
 /**
- * Removes a character wherever it stands at the start and/or at the end of a string, in place.
- * Bytes behind the new terminator keep what they held.
+ * Removes every occurrence of a character at the start and/or at the end of a string, in place.
+ * Bytes after the new terminator keep what they held.
  *
  * @param psz    writable string; NULL gives 0.
  * @param wChar  the character to remove, 0x01 to 0x7F.
@@ -180,12 +180,12 @@ UT_EXPORT(229)
 BOOL UT_API utCopyMakeAsciizW(LPCVOID pSource, DWORD cbSource, LPWSTR pszDest, DWORD cbDest);
 
 /**
- * Copies a string, cut to fit. Where there is room the copy is followed by a second zero.
+ * Copies a string, cut to fit. A second zero follows the copy where it fits too.
  *
  * @param pszSource the string; NULL stores an empty string.
  * @param pszDest   the destination; NULL is refused.
  * @param cbDest    its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED the caller provides the
- *                  string's length + 2 bytes, room for the second zero.
+ *                  string's length + 2 bytes, which the second zero needs.
  * @return 1 if a string was stored, 0 if the destination was refused and nothing was stored.
  */
 UT_EXPORT(17) BOOL UT_API utCopyString(LPCSTR pszSource, LPSTR pszDest, DWORD cbDest);

@@ -11,17 +11,14 @@ bool IsHexDigit(WORD wChar) { return HexValue(wChar) != kNoDigit; }
 
 bool IsSpace(WORD wChar) { return wChar == ' ' || (wChar >= '\t' && wChar <= '\r'); }
 
+// The bytes of a class are characters of their own.
 template <class IsInClass>
 bool IsStrOf(LPCSTR pszText, LPSTR* ppszBad, IsInClass isInClass) {
-  if (IsNullOrEmpty<ByteText>(pszText)) return true;
-  do {
-    if (!isInClass(ByteText::Load(pszText))) {
-      if (ppszBad != nullptr) *ppszBad = const_cast<LPSTR>(pszText);
-      return false;
-    }
-    pszText = ByteText::Next(pszText);
-  } while (ByteText::Load(pszText) != 0);
-  return true;
+  if (pszText == nullptr) return true;
+  while (isInClass(ByteText::Load(pszText))) ++pszText;
+  if (ByteText::Load(pszText) == 0) return true;
+  if (ppszBad != nullptr) *ppszBad = const_cast<LPSTR>(pszText);
+  return false;
 }
 
 }  // namespace
@@ -60,7 +57,7 @@ DWORD UT_API utAtoX(LPCSTR pszText) {
     const DWORD digit = tavkit::HexValue(ByteText::Load(pszText));
     if (digit == tavkit::kNoDigit) break;
     value = 16 * value + digit;
-    pszText = ByteText::Next(pszText);
+    ++pszText;  // a digit is a character of its own
   }
   return value;
 }

@@ -1,20 +1,13 @@
 // Bytes as hexadecimal text and back, sixteen bytes a step where there are as many, then eight.
-#include <emmintrin.h>
 #include <tavkit/convert.h>
 
 #include "convert/hex_value.h"
+#include "frame/sse2.h"
 
 namespace tavkit {
 namespace {
 
-constexpr DWORD kStep = sizeof(__m128i);
-constexpr DWORD kHalf = kStep / 2;
-
-__m128i Load(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
-void Store(void* p, __m128i bytes) { _mm_storeu_si128(static_cast<__m128i*>(p), bytes); }
-
-__m128i LoadHalf(const void* p) { return _mm_loadl_epi64(static_cast<const __m128i*>(p)); }
-void StoreHalf(void* p, __m128i bytes) { _mm_storel_epi64(static_cast<__m128i*>(p), bytes); }
+constexpr DWORD kHalf = kBlock / 2;
 
 // Values of 0 to 15 as their digits.
 __m128i DigitsOf(__m128i values) {
@@ -31,16 +24,16 @@ __m128i LowDigits(__m128i bytes) { return DigitsOf(_mm_and_si128(bytes, _mm_set1
 
 // Writes the 32 digits of 16 bytes.
 void WriteDigits(LPSTR pszTarget, const BYTE* pbSource) {
-  const __m128i bytes = Load(pbSource);
+  const __m128i bytes = LoadBytes(pbSource);
   const __m128i high = HighDigits(bytes), low = LowDigits(bytes);
-  Store(pszTarget, _mm_unpacklo_epi8(high, low));
-  Store(pszTarget + kStep, _mm_unpackhi_epi8(high, low));
+  StoreBytes(pszTarget, _mm_unpacklo_epi8(high, low));
+  StoreBytes(pszTarget + kBlock, _mm_unpackhi_epi8(high, low));
 }
 
 // Writes the 16 digits of 8 bytes.
 void WriteHalf(LPSTR pszTarget, const BYTE* pbSource) {
   const __m128i bytes = LoadHalf(pbSource);
-  Store(pszTarget, _mm_unpacklo_epi8(HighDigits(bytes), LowDigits(bytes)));
+  StoreBytes(pszTarget, _mm_unpacklo_epi8(HighDigits(bytes), LowDigits(bytes)));
 }
 
 // Characters as their values, 0 for those that are no digits.
@@ -62,13 +55,14 @@ __m128i PairsOf(__m128i values) {
 
 // Reads the 32 digits of 16 bytes.
 void ReadDigits(LPBYTE pbTarget, LPCSTR pszSource) {
-  Store(pbTarget, _mm_packus_epi16(PairsOf(ValuesOf(Load(pszSource))),
-                                   PairsOf(ValuesOf(Load(pszSource + kStep)))));
+  StoreBytes(pbTarget, _mm_packus_epi16(PairsOf(ValuesOf(LoadBytes(pszSource))),
+                                        PairsOf(ValuesOf(LoadBytes(pszSource + kBlock)))));
 }
 
 // Reads the 16 digits of 8 bytes.
 void ReadHalf(LPBYTE pbTarget, LPCSTR pszSource) {
-  StoreHalf(pbTarget, _mm_packus_epi16(PairsOf(ValuesOf(Load(pszSource))), _mm_setzero_si128()));
+  StoreHalf(pbTarget,
+            _mm_packus_epi16(PairsOf(ValuesOf(LoadBytes(pszSource))), _mm_setzero_si128()));
 }
 
 DWORD ValueOf(CHAR character) { return HexCharValue(static_cast<BYTE>(character)); }
@@ -78,10 +72,10 @@ DWORD ValueOf(CHAR character) { return HexCharValue(static_cast<BYTE>(character)
 
 void UT_API utHex2Ascii(LPSTR pszTarget, const BYTE* pbSource, DWORD cbSource) {
   if (pszTarget == nullptr || pbSource == nullptr) return;
-  for (; cbSource >= tavkit::kStep; cbSource -= tavkit::kStep) {
+  for (; cbSource >= tavkit::kBlock; cbSource -= tavkit::kBlock) {
     tavkit::WriteDigits(pszTarget, pbSource);
-    pbSource += tavkit::kStep;
-    pszTarget += 2 * tavkit::kStep;
+    pbSource += tavkit::kBlock;
+    pszTarget += 2 * tavkit::kBlock;
   }
   if (cbSource >= tavkit::kHalf) {
     tavkit::WriteHalf(pszTarget, pbSource);
@@ -100,10 +94,10 @@ void UT_API utHex2Ascii(LPSTR pszTarget, const BYTE* pbSource, DWORD cbSource) {
 
 void UT_API utAscii2Hex(LPBYTE pbTarget, LPCSTR pszSource, DWORD cchSource) {
   if (pbTarget == nullptr || pszSource == nullptr) return;
-  for (; cchSource >= 2 * tavkit::kStep; cchSource -= 2 * tavkit::kStep) {
+  for (; cchSource >= 2 * tavkit::kBlock; cchSource -= 2 * tavkit::kBlock) {
     tavkit::ReadDigits(pbTarget, pszSource);
-    pszSource += 2 * tavkit::kStep;
-    pbTarget += tavkit::kStep;
+    pszSource += 2 * tavkit::kBlock;
+    pbTarget += tavkit::kBlock;
   }
   if (cchSource >= 2 * tavkit::kHalf) {
     tavkit::ReadHalf(pbTarget, pszSource);

@@ -60,6 +60,6 @@ INT UT_API utWhichDlgButtonChecked(HWND hDlg, INT idFirst, INT idLast) {
 }
 
 INT UT_API utSetDlgItemStringRes(HWND hDlg, INT idItem, HINSTANCE hModule, UINT idString) {
-  return tavkit::SetStringRes(
-      hModule, idString, [=](LPCSTR pszText) { return SetDlgItemTextA(hDlg, idItem, pszText); });
+  const tavkit::StringResource text(hModule, idString);
+  return text.cchLoaded < 1 ? text.cchLoaded : SetDlgItemTextA(hDlg, idItem, text.szText);
 }

@@ -6,14 +6,16 @@
 
 namespace tavkit {
 
-// Hands the string to setText and gives its result, or that of the load where there is no string.
-template <class SetText>
-INT SetStringRes(HINSTANCE hModule, UINT idString, SetText setText) {
+// A string that a module holds, cut by the platform to the size of the buffer.
+struct StringResource {
   CHAR szText[256];
-  szText[0] = 0;  // the text, if none is stored
-  const INT cchText = LoadStringA(hModule, idString, szText, sizeof szText);
-  return cchText < 1 ? cchText : setText(szText);
-}
+  INT cchLoaded;  // below 1 if there is none
+
+  StringResource(HINSTANCE hModule, UINT idString) {
+    szText[0] = 0;  // the text, if the platform counts characters that it doesn't store
+    cchLoaded = LoadStringA(hModule, idString, szText, sizeof szText);
+  }
+};
 
 }  // namespace tavkit
 

@@ -1,12 +1,14 @@
 // Moving and sizing windows by a difference, and texts of windows.
 #include <tavkit/dialog.h>
 
+#include <stddef.h>
+
 #include "dialog/string_resource.h"
 
 namespace tavkit {
 namespace {
 
-// A rectangle is two points, one behind the other.
+// A rectangle is two points, one after the other.
 static_assert(sizeof(POINT) == 8 && sizeof(RECT) == 2 * sizeof(POINT));
 static_assert(offsetof(RECT, top) == offsetof(POINT, y) && offsetof(RECT, right) == sizeof(POINT));
 
@@ -63,6 +65,6 @@ BOOL UT_API utSizeWindowDelta(HWND hWnd, INT nDeltaWidth, INT nDeltaHeight) {
 }
 
 INT UT_API utSetWindowStringRes(HWND hWnd, HINSTANCE hModule, UINT idString) {
-  return tavkit::SetStringRes(hModule, idString,
-                              [=](LPCSTR pszText) { return SetWindowTextA(hWnd, pszText); });
+  const tavkit::StringResource text(hModule, idString);
+  return text.cchLoaded < 1 ? text.cchLoaded : SetWindowTextA(hWnd, text.szText);
 }

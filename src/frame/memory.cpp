@@ -2,54 +2,47 @@
 // step before it. Nothing is read or written outside the ranges.
 #include "frame/memory.h"
 
-#include <emmintrin.h>
-
 namespace tavkit {
 namespace {
 
-constexpr DWORD kStep = sizeof(__m128i);
-
-__m128i Load(const BYTE* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-void Store(BYTE* p, __m128i bytes) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), bytes); }
-
 // 32 to 64 bytes, all read before any is written.
-void MoveSome(BYTE* to, const BYTE* from, DWORD count) {
-  const DWORD last = count - kStep;
-  const __m128i a = Load(from), b = Load(from + kStep);
-  const __m128i c = Load(from + last - kStep), d = Load(from + last);
-  Store(to, a);
-  Store(to + kStep, b);
-  Store(to + last - kStep, c);
-  Store(to + last, d);
+void MoveSome(BYTE* to, const BYTE* from, size_t count) {
+  const size_t last = count - kBlock;
+  const __m128i a = LoadBytes(from), b = LoadBytes(from + kBlock);
+  const __m128i c = LoadBytes(from + last - kBlock), d = LoadBytes(from + last);
+  StoreBytes(to, a);
+  StoreBytes(to + kBlock, b);
+  StoreBytes(to + last - kBlock, c);
+  StoreBytes(to + last, d);
 }
 
 // For a target below the source, or clear of it. The end is read while it still is what it was.
-void MoveUpward(BYTE* to, const BYTE* from, DWORD count) {
-  const DWORD end = count - kStep;
-  const __m128i last = Load(from + end);
+void MoveUpward(BYTE* to, const BYTE* from, size_t count) {
+  const size_t end = count - kBlock;
+  const __m128i last = LoadBytes(from + end);
 #pragma clang loop unroll_count(4)
-  for (DWORD at = 0; at < end; at += kStep) Store(to + at, Load(from + at));
-  Store(to + end, last);
+  for (size_t at = 0; at < end; at += kBlock) StoreBytes(to + at, LoadBytes(from + at));
+  StoreBytes(to + end, last);
 }
 
 // For a target that begins inside the source.
-void MoveDownward(BYTE* to, const BYTE* from, DWORD count) {
-  const __m128i first = Load(from);
+void MoveDownward(BYTE* to, const BYTE* from, size_t count) {
+  const __m128i first = LoadBytes(from);
 #pragma clang loop unroll_count(4)
-  for (DWORD end = count; end > kStep; end -= kStep) {
-    Store(to + end - kStep, Load(from + end - kStep));
+  for (size_t end = count; end > kBlock; end -= kBlock) {
+    StoreBytes(to + end - kBlock, LoadBytes(from + end - kBlock));
   }
-  Store(to, first);
+  StoreBytes(to, first);
 }
 
 template <class Part>
-void FillEnds(BYTE* to, __m128i bytes, DWORD count) {
+void FillEnds(BYTE* to, __m128i bytes, size_t count) {
   const auto part = ReadValue<Part>(&bytes);
   WriteValue(to, part);
   WriteValue(to + count - sizeof(Part), part);
 }
 
-void FillFew(BYTE* to, __m128i bytes, DWORD count) {
+void FillFew(BYTE* to, __m128i bytes, size_t count) {
   if (count >= 8) {
     FillEnds<uint64_t>(to, bytes, count);
   } else {
@@ -59,12 +52,12 @@ void FillFew(BYTE* to, __m128i bytes, DWORD count) {
 
 }  // namespace
 
-void MoveMany(BYTE* to, const BYTE* from, DWORD count) {
-  if (count <= 4 * kStep) {
+void MoveMany(BYTE* to, const BYTE* from, size_t count) {
+  if (count <= 4 * kBlock) {
     MoveSome(to, from, count);
     return;
   }
-  // One unsigned comparison: a target below the source, or behind its end, is moved upward.
+  // One unsigned comparison: a target below the source, or past its end, is moved upward.
   if (reinterpret_cast<uintptr_t>(to) - reinterpret_cast<uintptr_t>(from) >= count) {
     MoveUpward(to, from, count);
   } else {
@@ -72,17 +65,17 @@ void MoveMany(BYTE* to, const BYTE* from, DWORD count) {
   }
 }
 
-void FillBytes(void* pDest, BYTE value, DWORD count) {
+void FillBytes(void* pDest, BYTE value, size_t count) {
   auto* to = static_cast<BYTE*>(pDest);
   const __m128i bytes = _mm_set1_epi8(static_cast<char>(value));
-  if (count < kStep) {
+  if (count < kBlock) {
     FillFew(to, bytes, count);
     return;
   }
-  const DWORD end = count - kStep;
+  const size_t end = count - kBlock;
 #pragma clang loop unroll_count(4)
-  for (DWORD at = 0; at < end; at += kStep) Store(to + at, bytes);
-  Store(to + end, bytes);
+  for (size_t at = 0; at < end; at += kBlock) StoreBytes(to + at, bytes);
+  StoreBytes(to + end, bytes);
 }
 
 }  // namespace tavkit
@@ -90,8 +83,6 @@ void FillBytes(void* pDest, BYTE value, DWORD count) {
 // The compiler may call these behind the sources' back. The product links no C runtime, so they
 // stand here; a native build takes them from the C library.
 #if defined(_WIN32)
-
-#include <stddef.h>
 
 extern "C" {
 

@@ -10,24 +10,6 @@
 
 namespace tavkit {
 
-// Bytes from one address up to another; one that lies below gives a number beyond any list's size.
-inline DWORD Distance(const void* pFrom, const void* pTo) {
-  return static_cast<DWORD>(reinterpret_cast<uintptr_t>(pTo) - reinterpret_cast<uintptr_t>(pFrom));
-}
-
-template <class T>
-T* AddBytes(T* p, DWORD count) {
-  return reinterpret_cast<T*>(reinterpret_cast<uintptr_t>(p) + count);
-}
-
-inline bool IsSame(LPCSTR psz1, LPCSTR psz2, bool caseSensitive) {
-  return (caseSensitive ? lstrcmpA(psz1, psz2) : lstrcmpiA(psz1, psz2)) == 0;
-}
-
-inline bool IsSame(LPCWSTR psz1, LPCWSTR psz2, bool caseSensitive) {
-  return (caseSensitive ? lstrcmpW(psz1, psz2) : lstrcmpiW(psz1, psz2)) == 0;
-}
-
 inline bool InitMultiAsciiz(void* pList, DWORD cbList) {
   if (pList == nullptr || cbList <= 4) return false;
   ZeroBytes(pList, cbList);
@@ -37,12 +19,13 @@ inline bool InitMultiAsciiz(void* pList, DWORD cbList) {
 template <class Text>
 DWORD MultiAsciizSize(const Char<Text>* pList, bool withFinalZero) {
   if (pList == nullptr) return 0;
-  return Distance(pList, FindFinalZero<Text>(pList)) + (withFinalZero ? Text::kUnit : 0);
+  const size_t cbUsed = ByteDistance(pList, FindFinalZero<Text>(pList));
+  return CountedSize(cbUsed + (withFinalZero ? Text::kUnit : 0));
 }
 
 template <class Text>
 Char<Text>* NextAsciiz(const Char<Text>* pszString) {
-  return pszString == nullptr ? nullptr : Text::End(pszString) + 1;
+  return pszString == nullptr ? nullptr : FindEnd<Text>(pszString) + 1;
 }
 
 template <class Text>
@@ -55,6 +38,14 @@ DWORD StringCount(const Char<Text>* pList) {
   return count;
 }
 
+// The size of a string that isn't empty, with its terminator. Where the platform counts nothing it
+// has failed, and no buffer is large enough.
+template <class Text>
+DWORD MemberSize(const Char<Text>* pszString) {
+  const DWORD cbString = StringSize<Text>(pszString, true);
+  return cbString == Text::kUnit ? kUncountable : cbString;
+}
+
 template <class Text>
 bool CopyNextAsciiz(const Char<Text>* pszString, Char<Text>*& pCursor, DWORD& cbRemaining) {
   if (pCursor == nullptr) return false;
@@ -63,20 +54,22 @@ bool CopyNextAsciiz(const Char<Text>* pszString, Char<Text>*& pCursor, DWORD& cb
     Text::Store(pCursor, 0);
     return true;
   }
-  const DWORD cbString = StringSize<Text>(pszString, true);
-  if (cbString + Text::kUnit > cbRemaining) return false;
-  Text::Copy(pCursor, pszString);
+  const DWORD cbString = MemberSize<Text>(pszString);
+  if (!Fits(AddSizes(cbString, Text::kUnit), cbRemaining)) return false;
+  Text::Copy(pCursor, pszString, cbString);
   pCursor = AddBytes(pCursor, cbString);
   Text::Store(pCursor, 0);
   cbRemaining -= cbString;
   return true;
 }
 
-// Adds a string that isn't empty to a list whose end is known. A cbList below the used size wraps.
+// Adds a string that isn't empty to a list whose end is known.
 template <class Text>
 bool AppendAtEnd(const Char<Text>* pszString, const Char<Text>* pList, Char<Text>* pEnd,
                  DWORD cbList) {
-  DWORD cbRemaining = cbList - Distance(pList, pEnd);
+  const size_t cbUsed = ByteDistance(pList, pEnd);
+  if (cbUsed > cbList) return false;
+  DWORD cbRemaining = cbList - static_cast<DWORD>(cbUsed);
   return CopyNextAsciiz<Text>(pszString, pEnd, cbRemaining);
 }
 
@@ -92,7 +85,7 @@ Char<Text>* ScanMultiAsciiz(const Char<Text>* pszString, const Char<Text>* pList
   if (pList == nullptr) return nullptr;
   if (IsNullOrEmpty<Text>(pszString)) return FindFinalZero<Text>(pList);
   for (; Text::Load(pList) != 0; pList = NextAsciiz<Text>(pList)) {
-    if (IsSame(pszString, pList, caseSensitive)) return const_cast<Char<Text>*>(pList);
+    if (Text::IsSame(pszString, pList, caseSensitive)) return const_cast<Char<Text>*>(pList);
   }
   return nullptr;
 }
@@ -105,17 +98,17 @@ bool InsertMultiAsciiz(const Char<Text>* pszString, Char<Text>* pInsertAt, Char<
   if (pList == nullptr) return false;
 
   Char<Text>* pEnd = FindFinalZero<Text>(pList);
-  const DWORD cbFull = Distance(pList, pEnd) + Text::kUnit;
-  const DWORD cbHead = Distance(pList, pInsertAt);
+  const size_t cbFull = ByteDistance(pList, pEnd) + Text::kUnit;
+  const size_t cbHead = ByteDistance(pList, pInsertAt);
   if (cbHead >= cbFull) return false;
-  const DWORD cbTail = cbFull - cbHead;
+  const size_t cbTail = cbFull - cbHead;
   if (cbTail <= 2 * Text::kUnit) return AppendAtEnd<Text>(pszString, pList, pEnd, cbList);
 
-  const DWORD cbString = StringSize<Text>(pszString, true);
-  if (cbFull + cbString > cbList) return false;
+  const DWORD cbString = MemberSize<Text>(pszString);
+  if (!Fits(AddSizes(CountedSize(cbFull), cbString), cbList)) return false;
   MoveBytes(AddBytes(pInsertAt, cbString), pInsertAt, cbTail);
   // A member of the list that stands in the tail has just moved with it.
-  const bool hasMoved = Distance(pInsertAt, pszString) < cbTail;
+  const bool hasMoved = ByteDistance(pInsertAt, pszString) < cbTail;
   MoveBytes(pInsertAt, AddBytes(pszString, hasMoved ? cbString : 0), cbString);
   return true;
 }
@@ -129,7 +122,7 @@ bool RemoveMultiAsciiz(Char<Text>* pList, DWORD cStrings) {
   for (const Char<Text>* pEnd; cStrings != 0 && (pEnd = zeros.Next()) != pRest; --cStrings) {
     pRest = pEnd + 1;
   }
-  MoveBytes(pList, pRest, MultiAsciizSize<Text>(pRest, true));
+  MoveBytes(pList, pRest, ByteDistance(pRest, FindFinalZero<Text>(pRest)) + Text::kUnit);
   if (Text::Load(pList) == 0) Text::Store(pList + 1, 0);
   return cStrings == 0;
 }
@@ -150,13 +143,14 @@ bool Array2MultiAsciiz(const Char<Text>* const* ppszStrings, Char<Text>* pList, 
   return complete;
 }
 
-// Stores where the strings of a list begin, as far as there is room, and tells how many it stored.
+// Stores where the strings of a list begin, as far as the capacity allows, and counts them.
 template <class Text>
-DWORD StoreStarts(const Char<Text>* pList, const Char<Text>** ppszArray, DWORD room) {
+DWORD StoreStarts(const Char<Text>* pList, const Char<Text>** ppszArray, DWORD capacity) {
   if (pList == nullptr) return 0;
   DWORD stored = 0;
   ZeroUnits<Text> zeros(pList);
-  for (const Char<Text>* pEnd; stored < room && (pEnd = zeros.Next()) != pList; pList = pEnd + 1) {
+  for (const Char<Text>* pEnd; stored < capacity && (pEnd = zeros.Next()) != pList;
+       pList = pEnd + 1) {
     ppszArray[stored++] = pList;
   }
   return stored;

@@ -1,4 +1,4 @@
-// Finds zero units in text of any length, sixteen bytes a step, sixty-four where a list goes on.
+// Finds zero units in text of any length, a block a step, four where a list goes on.
 #ifndef TAVKIT_MULTIASCIIZ_ZEROS_H
 #define TAVKIT_MULTIASCIIZ_ZEROS_H
 
@@ -6,18 +6,22 @@
 
 namespace tavkit {
 
-// One bit for each byte of an aligned block, set where the byte is zero.
+// The movemask of the zero bytes of a block.
 inline DWORD ZerosOfBlock(uintptr_t block) {
-  return BitsOf(EqualUnits(LoadBlock(block), _mm_setzero_si128(), ByteText{}));
+  return Movemask(Terminator<ByteText>::Lanes(LoadBlock(block)));
 }
 
-// The zero bytes of a text, in a window of two blocks whose upper half is the current one.
+// The zero bytes of a text, in a window of two blocks:
+//
+//   bit     0 ... 15             16 ... 31
+//   byte    previous block       current block
+//   run     a run that began in the previous block is seen whole where it ends
 template <class Text>
 class ZeroWindow {
  public:
-  // `before` is how many zero bytes are held to be directly in front of the text.
+  // `before` is how many zero bytes are taken to precede the text directly.
   ZeroWindow(const Char<Text>* psz, DWORD before) : block_(BlockOf(psz)) {
-    const DWORD offset = reinterpret_cast<uintptr_t>(psz) % kBlock;
+    const DWORD offset = OffsetInBlock(psz);
     const DWORD unitEnds = Text::kUnit == 1 ? ~0u : 0xAAAAAAAAu >> (offset & 1);
     unitEnds_ = unitEnds & (~0u << kBlock);
     zeros_ = (ZerosOfBlock(block_) & BitsFrom(psz)) << kBlock;
@@ -28,7 +32,7 @@ class ZeroWindow {
 
   void Advance() { MoveTo(block_ + kBlock, zeros_ >> kBlock); }
 
-  // Goes on at another block, whose block in front is text too.
+  // Goes on at another block; the one that precedes it is text too.
   void MoveTo(uintptr_t block) { MoveTo(block, ZerosOfBlock(block - kBlock)); }
 
   // The units of the current block that end a run of so many zero bytes, by the bit of their last
@@ -49,9 +53,9 @@ class ZeroWindow {
   }
 
  private:
-  void MoveTo(uintptr_t block, DWORD zerosInFront) {
+  void MoveTo(uintptr_t block, DWORD previousZeros) {
     block_ = block;
-    zeros_ = ZerosOfBlock(block) << kBlock | zerosInFront;
+    zeros_ = ZerosOfBlock(block) << kBlock | previousZeros;
   }
 
   uintptr_t block_;
@@ -59,28 +63,26 @@ class ZeroWindow {
   DWORD unitEnds_;
 };
 
-// All bits of those units of a block that are zero behind a zero unit.
+// The lane mask of the zero units of a block that follow a zero unit.
 template <class Text>
 __m128i SecondZeros(uintptr_t block) {
-  const __m128i pairs = _mm_or_si128(LoadBlock(block), LoadInFront(block, Text::kUnit));
-  return EqualUnits(pairs, _mm_setzero_si128(), Text{});
+  return Terminator<Text>::Lanes(_mm_or_si128(LoadBlock(block), LoadBelow(block, Text::kUnit)));
 }
 
-// The first of the aligned strides that holds a zero unit behind a zero unit. The unit in front of
-// the first of them is of the list too.
+// The first of the strides that holds a zero unit which follows a zero unit. The unit that precedes
+// the first stride is of the list too.
 template <class Text>
 uintptr_t FindEndStride(uintptr_t stride) {
   for (;; stride += kStride) {
-    const __m128i lower =
-        _mm_or_si128(SecondZeros<Text>(stride), SecondZeros<Text>(stride + kBlock));
-    const __m128i upper = _mm_or_si128(SecondZeros<Text>(stride + 2 * kBlock),
-                                       SecondZeros<Text>(stride + 3 * kBlock));
-    if (BitsOf(_mm_or_si128(lower, upper)) != 0) return stride;
+    const __m128i low = _mm_or_si128(SecondZeros<Text>(stride), SecondZeros<Text>(stride + kBlock));
+    const __m128i high = _mm_or_si128(SecondZeros<Text>(stride + 2 * kBlock),
+                                      SecondZeros<Text>(stride + 3 * kBlock));
+    if (Movemask(_mm_or_si128(low, high)) != 0) return stride;
   }
 }
 
-// The first zero unit of a list that has a zero unit directly in front of it; the list's own start
-// has one too.
+// The first zero unit of a list that follows a zero unit; the list's start counts as preceded by
+// one. Not inlined: it is large, a list is walked by it once, and seven operations call it.
 template <class Text>
 __attribute__((noinline)) Char<Text>* FindFinalZero(const Char<Text>* pList) {
   constexpr DWORD kRun = 2 * Text::kUnit;
@@ -104,7 +106,7 @@ DWORD CountZerosOfBlocks(uintptr_t block, uintptr_t end) {
   const __m128i zero = _mm_setzero_si128();
   __m128i sums = zero;
   for (; block < end; block += kBlock) {
-    const __m128i ones = _mm_sub_epi8(zero, EqualUnits(LoadBlock(block), zero, Text{}));
+    const __m128i ones = _mm_sub_epi8(zero, Terminator<Text>::Lanes(LoadBlock(block)));
     sums = _mm_add_epi32(sums, _mm_sad_epu8(ones, zero));
   }
   const __m128i sum = _mm_add_epi32(sums, _mm_unpackhi_epi64(sums, sums));
@@ -114,12 +116,12 @@ DWORD CountZerosOfBlocks(uintptr_t block, uintptr_t end) {
 // The zero units of a block, among those whose bytes are given by a bit each.
 template <class Text>
 DWORD CountZerosAmong(uintptr_t block, DWORD bytes) {
-  const DWORD zeros = BitsOf(EqualUnits(LoadBlock(block), _mm_setzero_si128(), Text{}));
+  const DWORD zeros = Movemask(Terminator<Text>::Lanes(LoadBlock(block)));
   return static_cast<DWORD>(__builtin_popcount(zeros & bytes)) / Text::kUnit;
 }
 
-// How many zero units stand between two places of a text that the blocks don't cut. What stands
-// around them in their blocks is another's, who may be writing to it.
+// How many zero units stand between two places of a text that the blocks don't cut. The other bytes
+// of their blocks belong to others, who may be writing to them.
 template <class Text>
 DWORD CountZeros(const Char<Text>* pFrom, const Char<Text>* pTo) {
   const uintptr_t first = BlockOf(pFrom), last = BlockOf(pTo);

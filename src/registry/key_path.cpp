@@ -29,7 +29,7 @@ DWORD utRegJoinPathSize(LPCSTR pszFirst, LPCSTR pszSecond, LPCSTR pszThird) {
 BOOL utRegJoinPath(LPSTR pszPath, DWORD cbPath, LPCSTR pszFirst, LPCSTR pszSecond,
                    LPCSTR pszThird) {
   if (pszPath == nullptr || cbPath == 0) return FALSE;
-  if (utRegJoinPathSize(pszFirst, pszSecond, pszThird) > cbPath) return FALSE;
+  if (!Fits(utRegJoinPathSize(pszFirst, pszSecond, pszThird), cbPath)) return FALSE;
   *pszPath = 0;
   AppendPart(pszPath, pszFirst);
   AppendPart(pszPath, pszSecond);

@@ -1,8 +1,31 @@
-#include "strings/counted_copy.h"
-#include "strings/search.h"
 #include "strings/strings.h"
 
 using namespace tavkit;
+
+template CHAR* tavkit::FindChar<ByteText>(const CHAR*, WORD);
+template WCHAR* tavkit::FindChar<WideText>(const WCHAR*, WORD);
+template CHAR* tavkit::FindEnd<ByteText>(const CHAR*);
+template WCHAR* tavkit::FindEnd<WideText>(const WCHAR*);
+template CHAR* tavkit::SkipLeadChar<ByteText>(const CHAR*, WORD);
+template WCHAR* tavkit::SkipLeadChar<WideText>(const WCHAR*, WORD);
+template bool tavkit::CopyMakeAsciiz<ByteText>(const void*, DWORD, CHAR*, DWORD);
+template bool tavkit::CopyMakeAsciiz<WideText>(const void*, DWORD, WCHAR*, DWORD);
+
+bool WideText::Copy(Char* pszDest, const Char* pszSource) {
+  const Char* pszEnd = FindEnd<WideText>(pszSource);
+  MoveBytes(pszDest, pszSource, ByteDistance(pszSource, pszEnd) + kUnit);
+  return true;
+}
+
+Tail<CHAR> ByteText::FindTail(const Char* psz) {
+  Tail<Char> tail = {const_cast<Char*>(psz), nullptr};
+  for (;;) {
+    tail.pszEnd = reinterpret_cast<Char*>(FirstStop(tail.pszStart, PerhapsLeadByte()));
+    if (*tail.pszEnd == 0) return tail;
+    tail.pszPrevious = tail.pszEnd;
+    tail.pszStart = Next(tail.pszEnd);
+  }
+}
 
 LPSTR UT_API utCharNext(LPCSTR psz) { return CharNext<ByteText>(psz); }
 LPWSTR UT_API utCharNextW(LPCWSTR psz) { return CharNext<WideText>(psz); }

@@ -1,121 +1,149 @@
-// Searches for units of text, sixteen bytes a step, and sixty-four where nothing is to be found.
-// They become the bodies of exports, which all else calls by Text::Find and Text::End.
+// Scans of text, a block a step, and four where nothing is found. A stop is a unit that ends a scan.
 #ifndef TAVKIT_STRINGS_SEARCH_H
 #define TAVKIT_STRINGS_SEARCH_H
 
-#include "strings/blocks.h"
+#include "strings/text.h"
 
 namespace tavkit {
 
-// A stop is a unit that ends a search: the sought one, or the terminator.
-
-// All bits of those units of a block that are stops.
-template <class Text>
-__m128i StopsOf(__m128i units, __m128i sought) {
-  return _mm_or_si128(EqualUnits(units, sought, Text{}),
-                      EqualUnits(units, _mm_setzero_si128(), Text{}));
-}
+// The kinds of stops. Lanes() gives the lane mask of the stops of a block, Is() tells whether a
+// unit is one. Each takes the terminator for a stop.
 
 template <class Text>
-DWORD StopsOfBlock(uintptr_t block, __m128i sought) {
-  return BitsOf(StopsOf<Text>(LoadBlock(block), sought));
-}
+struct Terminator {
+  static __m128i Lanes(__m128i units) { return Text::EqualLanes(units, _mm_setzero_si128()); }
+  static bool Is(WORD wUnit) { return wUnit == 0; }
+};
 
-// Zero in those bytes that are stops.
-inline __m128i ZeroAtStops(__m128i bytes, __m128i sought) {
-  return _mm_min_epu8(_mm_xor_si128(bytes, sought), bytes);
-}
+template <class Text>
+struct UnitOrTerminator {
+  explicit UnitOrTerminator(WORD wSought) : wUnit(wSought), unit(Text::Broadcast(wSought)) {}
 
-// Whether one of four blocks holds a stop.
-inline bool HasStop(__m128i a, __m128i b, __m128i c, __m128i d, __m128i sought, ByteText) {
-  const __m128i least = _mm_min_epu8(_mm_min_epu8(ZeroAtStops(a, sought), ZeroAtStops(b, sought)),
-                                     _mm_min_epu8(ZeroAtStops(c, sought), ZeroAtStops(d, sought)));
-  return BitsOf(_mm_cmpeq_epi8(least, _mm_setzero_si128())) != 0;
-}
+  __m128i Lanes(__m128i units) const {
+    return _mm_or_si128(Text::EqualLanes(units, unit), Terminator<Text>::Lanes(units));
+  }
+  bool Is(WORD wFound) const { return wFound == wUnit || wFound == 0; }
 
-inline bool HasStop(__m128i a, __m128i b, __m128i c, __m128i d, __m128i sought, WideText) {
-  const __m128i stops =
-      _mm_or_si128(_mm_or_si128(StopsOf<WideText>(a, sought), StopsOf<WideText>(b, sought)),
-                   _mm_or_si128(StopsOf<WideText>(c, sought), StopsOf<WideText>(d, sought)));
-  return BitsOf(stops) != 0;
+  WORD wUnit;
+  __m128i unit;
+};
+
+// Anything but a unit that isn't zero.
+template <class Text>
+struct OtherUnit {
+  explicit OtherUnit(WORD wSkipped) : wUnit(wSkipped), unit(Text::Broadcast(wSkipped)) {}
+
+  __m128i Lanes(__m128i units) const {
+    return _mm_xor_si128(Text::EqualLanes(units, unit), _mm_set1_epi8(-1));
+  }
+  bool Is(WORD wFound) const { return wFound != wUnit; }
+
+  WORD wUnit;
+  __m128i unit;
+};
+
+// Whatever may not be a character of one byte.
+struct PerhapsLeadByte {
+  static __m128i Lanes(__m128i units) {
+    // As signed bytes, the terminator and those from 0x80 on are not above zero.
+    return _mm_cmplt_epi8(units, _mm_set1_epi8(1));
+  }
+};
+
+// A block that holds stops, with the movemask of these.
+struct Hit {
+  uintptr_t block;
+  DWORD stops;
+
+  uintptr_t First() const { return block + LowestBit(stops); }
+};
+
+template <class Stops>
+Hit LookAt(uintptr_t block, const Stops& stops) {
+  return {block, Movemask(stops.Lanes(LoadBlock(block)))};
 }
 
 inline constexpr DWORD kStride = 4 * kBlock;
 
-// The first of the aligned strides that holds a stop. Those in front of it are text throughout, so
-// its first byte is text too.
-template <class Text>
-uintptr_t FindStride(uintptr_t stride, __m128i sought) {
-  while (!HasStop(LoadBlock(stride), LoadBlock(stride + kBlock), LoadBlock(stride + 2 * kBlock),
-                  LoadBlock(stride + 3 * kBlock), sought, Text{})) {
-    stride += kStride;
-  }
-  return stride;
+template <class Stops>
+bool HasStop(uintptr_t stride, const Stops& stops) {
+  const __m128i low =
+      _mm_or_si128(stops.Lanes(LoadBlock(stride)), stops.Lanes(LoadBlock(stride + kBlock)));
+  const __m128i high = _mm_or_si128(stops.Lanes(LoadBlock(stride + 2 * kBlock)),
+                                    stops.Lanes(LoadBlock(stride + 3 * kBlock)));
+  return Movemask(_mm_or_si128(low, high)) != 0;
 }
 
-// The block to look into behind one that holds no stop.
-template <class Text>
-uintptr_t NextBlock(uintptr_t block, __m128i sought) {
-  block += kBlock;
-  return block % kStride == 0 ? FindStride<Text>(block, sought) : block;
+// The next block with a stop after one with none that counts.
+template <class Stops>
+Hit ScanAfter(uintptr_t block, const Stops& stops) {
+  // Most texts are short: three blocks are looked at one by one.
+  for (const uintptr_t end = block + 3 * kBlock; block != end;) {
+    block += kBlock;
+    const Hit hit = LookAt(block, stops);
+    if (hit.stops != 0) return hit;
+  }
+  // The stride that the next block lies in; the blocks that precede it there hold no stop.
+  uintptr_t stride = (block + kBlock) & ~uintptr_t{kStride - 1};
+  while (!HasStop(stride, stops)) stride += kStride;
+  Hit hit = LookAt(stride, stops);
+  while (hit.stops == 0) hit = LookAt(hit.block + kBlock, stops);
+  return hit;
+}
+
+// The first block with a stop from an address on.
+template <class Stops>
+Hit ScanFrom(const void* p, const Stops& stops) {
+  Hit hit = LookAt(BlockOf(p), stops);
+  hit.stops &= BitsFrom(p);
+  return hit.stops != 0 ? hit : ScanAfter(hit.block, stops);
+}
+
+// The address of the first stop. One in the first block is counted from the address itself.
+template <class Stops>
+uintptr_t FirstStop(const void* p, const Stops& stops) {
+  const Hit hit = LookAt(BlockOf(p), stops);
+  const DWORD near = hit.stops >> OffsetInBlock(p);
+  return near != 0 ? AddressOf(p) + LowestBit(near) : ScanAfter(hit.block, stops).First();
 }
 
 // The units of a text at an odd address are cut by the blocks; bytes never are.
 template <class Text>
 bool IsCut(const Char<Text>* psz) {
-  return reinterpret_cast<uintptr_t>(psz) % Text::kUnit != 0;
+  return AddressOf(psz) % Text::kUnit != 0;
 }
 
-// The first stop.
-template <class Text>
-Char<Text>* FindStop(const Char<Text>* psz, WORD wSought) {
-  if (IsCut<Text>(psz)) {
-    while (Text::Load(psz) != wSought && Text::Load(psz) != 0) ++psz;
-    return const_cast<Char<Text>*>(psz);
-  }
-  const __m128i sought = Repeat(wSought, Text{});
-  uintptr_t block = BlockOf(psz);
-  DWORD stops = StopsOfBlock<Text>(block, sought) & BitsFrom(psz);
-  while (stops == 0) {
-    block = NextBlock<Text>(block, sought);
-    stops = StopsOfBlock<Text>(block, sought);
-  }
-  return reinterpret_cast<Char<Text>*>(block + LowestBit(stops));
+template <class Text, class Stops>
+Char<Text>* Scan(const Char<Text>* psz, const Stops& stops) {
+  if (!IsCut<Text>(psz)) return reinterpret_cast<Char<Text>*>(FirstStop(psz, stops));
+  while (!stops.Is(Text::Load(psz))) ++psz;
+  return const_cast<Char<Text>*>(psz);
 }
 
-// The terminator.
 template <class Text>
 Char<Text>* FindEnd(const Char<Text>* psz) {
-  return FindStop<Text>(psz, 0);
+  return Scan<Text>(psz, Terminator<Text>());
 }
 
-// The first match, the terminator included; NULL if there is none.
 template <class Text>
 Char<Text>* FindChar(const Char<Text>* psz, WORD wChar) {
   const WORD wSought = Text::Sought(wChar);
-  Char<Text>* pszStop = FindStop<Text>(psz, wSought);
+  Char<Text>* pszStop = Scan<Text>(psz, UnitOrTerminator<Text>(wSought));
   return Text::Load(pszStop) == wSought ? pszStop : nullptr;
 }
 
 template <class Text>
 Char<Text>* FindLastInBlocks(const Char<Text>* psz, WORD wSought) {
-  const __m128i sought = Repeat(wSought, Text{});
-  uintptr_t block = BlockOf(psz), found = 0;
-  DWORD matches = 0;
-  for (DWORD text = BitsFrom(psz);; text = ~0u) {
-    const __m128i units = LoadBlock(block);
-    const DWORD end = BitsOf(EqualUnits(units, _mm_setzero_si128(), Text{})) & text;
-    const DWORD upToEnd = end ^ (end - 1);
-    const DWORD here = BitsOf(EqualUnits(units, sought, Text{})) & text & upToEnd;
-    if (here != 0) {
-      found = block;
-      matches = here;
-    }
-    if (end != 0) break;
-    block = NextBlock<Text>(block, sought);
+  const UnitOrTerminator<Text> stops(wSought);
+  uintptr_t found = 0;
+  for (Hit hit = ScanFrom(psz, stops);; hit = ScanAfter(hit.block, stops)) {
+    const __m128i units = LoadBlock(hit.block);
+    const DWORD ends = Movemask(Terminator<Text>::Lanes(units)) & hit.stops;
+    const DWORD upToEnd = ends ^ (ends - 1);  // all bits where there is no end
+    const DWORD matches = Movemask(Text::EqualLanes(units, stops.unit)) & hit.stops & upToEnd;
+    if (matches != 0) found = hit.block + (HighestBit(matches) & ~(Text::kUnit - 1));
+    if (ends != 0) return reinterpret_cast<Char<Text>*>(found);
   }
-  if (matches == 0) return nullptr;
-  return reinterpret_cast<Char<Text>*>(found + (HighestBit(matches) & ~(Text::kUnit - 1)));
 }
 
 // The last match, the terminator included; NULL if there is none.
@@ -128,6 +156,26 @@ Char<Text>* FindRevChar(const Char<Text>* psz, WORD wChar) {
     if (Text::Load(psz) == wSought) pszFound = psz;
     if (Text::Load(psz) == 0) return const_cast<Char<Text>*>(pszFound);
   }
+}
+
+// Where the run of a unit begins that ends at pszEnd, not below pszStart.
+template <class Text>
+Char<Text>* FindRunStart(Char<Text>* pszStart, Char<Text>* pszEnd, WORD wUnit) {
+  if (pszStart == pszEnd || Text::Load(pszEnd - 1) != wUnit) return pszEnd;
+  if (IsCut<Text>(pszEnd)) {
+    while (pszEnd != pszStart && Text::Load(pszEnd - 1) == wUnit) --pszEnd;
+    return pszEnd;
+  }
+  const OtherUnit<Text> others(wUnit);
+  const uintptr_t first = BlockOf(pszStart);
+  uintptr_t block = BlockOf(pszEnd);
+  DWORD found = Movemask(others.Lanes(LoadBlock(block))) & ~BitsFrom(pszEnd);
+  while (found == 0 && block != first) {
+    block -= kBlock;
+    found = Movemask(others.Lanes(LoadBlock(block)));
+  }
+  const uintptr_t run = found == 0 ? block : block + HighestBit(found) + 1;
+  return run < AddressOf(pszStart) ? pszStart : reinterpret_cast<Char<Text>*>(run);
 }
 
 }  // namespace tavkit

@@ -1,12 +1,27 @@
-// The two text policies. Every algorithm on strings is one template over them: ByteText for strings
-// in the active code page, WideText for strings of 16-bit units.
+// The two text policies: all that differs between strings in the active code page (ByteText) and
+// strings of 16-bit units (WideText). Every algorithm on strings is one template over them.
 #ifndef TAVKIT_STRINGS_TEXT_H
 #define TAVKIT_STRINGS_TEXT_H
 
 #include <tavkit/strings.h>
 #include <win32.h>
 
+#include "frame/buffer_size.h"
+#include "frame/memory.h"
+#include "frame/sse2.h"
+
 namespace tavkit {
+
+struct ByteText;
+struct WideText;
+
+// The characters that end a string and are one unit each, so that they may be walked backwards.
+template <class Unit>
+struct Tail {
+  Unit* pszStart;
+  Unit* pszEnd;                 // the terminator
+  Unit* pszPrevious = nullptr;  // the character of more units that precedes them, if one does
+};
 
 struct ByteText {
   using Char = CHAR;
@@ -18,28 +33,36 @@ struct ByteText {
   // What a search by units looks for: the low 8 bits.
   static WORD Sought(WORD wChar) { return wChar & 0xFF; }
 
-  // A match in the operations that step by characters: never a byte that is negative as a char.
-  static bool IsChar(const Char* psz, WORD wChar) {
-    return wChar != 0 && wChar <= 0x7F && Load(psz) == wChar;
-  }
+  // What can match in a walk by characters. Such a byte is always a character of its own.
+  static bool CanMatch(WORD wChar) { return wChar != 0 && IsSingle(wChar); }
 
+  // The platform's own answer, whatever it is.
   static Char* Next(const Char* psz) { return CharNextA(psz); }
   static Char* Previous(const Char* pszStart, const Char* pszCurrent) {
     return CharPrevA(pszStart, pszCurrent);
   }
 
-  static Char* Find(const Char* psz, WORD wChar) { return utFindChar(psz, wChar); }
-  static Char* End(const Char* psz) { return utCharNull(psz); }
+  // A lead byte is 0x80 or above, so that only from there on the platform has to be asked where a
+  // character ends.
+  static bool IsSingle(WORD wUnit) { return wUnit < 0x80; }
+  static Tail<Char> FindTail(const Char* psz);
 
-  static bool CopyCounted(const void* pSource, DWORD cbSource, Char* pszDest, DWORD cbDest) {
-    return utCopyMakeAsciiz(pSource, cbSource, pszDest, cbDest) != 0;
+  // Bytes that precede the terminator.
+  static DWORD Length(const Char* psz);
+
+  // Copies through the terminator, first byte first; false if the platform fails to. The second one
+  // is told the size.
+  static bool Copy(Char* pszDest, const Char* pszSource) {
+    return lstrcpyA(pszDest, pszSource) != nullptr;
+  }
+  static void Copy(Char* pszDest, const Char* pszSource, DWORD) { lstrcpyA(pszDest, pszSource); }
+
+  static bool IsSame(const Char* psz1, const Char* psz2, bool caseSensitive) {
+    return (caseSensitive ? lstrcmpA(psz1, psz2) : lstrcmpiA(psz1, psz2)) == 0;
   }
 
-  // Bytes in front of the terminator.
-  static DWORD Length(const Char* psz) { return static_cast<DWORD>(lstrlenA(psz)); }
-
-  // Copies through the terminator, first byte first.
-  static void Copy(Char* pszDest, const Char* pszSource) { lstrcpyA(pszDest, pszSource); }
+  static __m128i Broadcast(WORD wUnit) { return _mm_set1_epi8(static_cast<char>(wUnit)); }
+  static __m128i EqualLanes(__m128i a, __m128i b) { return _mm_cmpeq_epi8(a, b); }
 };
 
 struct WideText {
@@ -56,7 +79,7 @@ struct WideText {
   static void Store(Char* psz, WORD wUnit) { reinterpret_cast<Unaligned*>(psz)->wUnit = wUnit; }
 
   static WORD Sought(WORD wChar) { return wChar; }
-  static bool IsChar(const Char* psz, WORD wChar) { return wChar != 0 && Load(psz) == wChar; }
+  static bool CanMatch(WORD wChar) { return wChar != 0; }
 
   static Char* Next(const Char* psz) { return const_cast<Char*>(Load(psz) == 0 ? psz : psz + 1); }
   static Char* Previous(const Char* pszStart, const Char* pszCurrent) {
@@ -64,21 +87,69 @@ struct WideText {
     return const_cast<Char*>(pszCurrent == pszStart ? pszStart : pszCurrent - 1);
   }
 
-  static Char* Find(const Char* psz, WORD wChar) { return utFindCharW(psz, wChar); }
-  static Char* End(const Char* psz) { return utCharNullW(psz); }
-
-  static bool CopyCounted(const void* pSource, DWORD cbSource, Char* pszDest, DWORD cbDest) {
-    return utCopyMakeAsciizW(pSource, cbSource, pszDest, cbDest) != 0;
+  static Tail<Char> FindTail(const Char* psz);
+  static DWORD Length(const Char* psz);
+  static bool Copy(Char* pszDest, const Char* pszSource);
+  static void Copy(Char* pszDest, const Char* pszSource, DWORD cbSource) {
+    MoveBytes(pszDest, pszSource, cbSource);
   }
 
-  static DWORD Length(const Char* psz);
-  static void Copy(Char* pszDest, const Char* pszSource);
+  static bool IsSame(const Char* psz1, const Char* psz2, bool caseSensitive) {
+    return (caseSensitive ? lstrcmpW(psz1, psz2) : lstrcmpiW(psz1, psz2)) == 0;
+  }
+
+  static __m128i Broadcast(WORD wUnit) { return _mm_set1_epi16(static_cast<short>(wUnit)); }
+  static __m128i EqualLanes(__m128i a, __m128i b) { return _mm_cmpeq_epi16(a, b); }
 };
 
 static_assert(ByteText::kUnit == 1 && WideText::kUnit == 2);
 
 template <class Text>
 using Char = typename Text::Char;
+
+// The operations that all layers above share. Each is compiled once, in exports.cpp.
+
+// The first match, the terminator included; NULL if there is none.
+template <class Text>
+Char<Text>* FindChar(const Char<Text>* psz, WORD wChar);
+
+// The terminator.
+template <class Text>
+Char<Text>* FindEnd(const Char<Text>* psz);
+
+// The first character that isn't wChar; NULL for NULL.
+template <class Text>
+Char<Text>* SkipLeadChar(const Char<Text>* psz, WORD wChar);
+
+// The counted copy: as much as fits, and a terminator.
+template <class Text>
+bool CopyMakeAsciiz(const void* pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest);
+
+extern template CHAR* FindChar<ByteText>(const CHAR*, WORD);
+extern template WCHAR* FindChar<WideText>(const WCHAR*, WORD);
+extern template CHAR* FindEnd<ByteText>(const CHAR*);
+extern template WCHAR* FindEnd<WideText>(const WCHAR*);
+extern template CHAR* SkipLeadChar<ByteText>(const CHAR*, WORD);
+extern template WCHAR* SkipLeadChar<WideText>(const WCHAR*, WORD);
+extern template bool CopyMakeAsciiz<ByteText>(const void*, DWORD, CHAR*, DWORD);
+extern template bool CopyMakeAsciiz<WideText>(const void*, DWORD, WCHAR*, DWORD);
+
+inline DWORD ByteText::Length(const Char* psz) {
+  const auto length = static_cast<DWORD>(lstrlenA(psz));
+  // It counts in 32 bits: where a string is longer, no terminator stands there.
+  if constexpr (sizeof(size_t) > sizeof(DWORD)) {
+    if (length != 0 && psz[length] != 0) return kUncountable;
+  }
+  return length;
+}
+
+inline DWORD WideText::Length(const Char* psz) {
+  return CountedSize(ByteDistance(psz, FindEnd<WideText>(psz)));
+}
+
+inline Tail<WCHAR> WideText::FindTail(const Char* psz) {
+  return {const_cast<Char*>(psz), FindEnd<WideText>(psz)};
+}
 
 }  // namespace tavkit
 

@@ -36,55 +36,25 @@ BOOL Cross(Operation* operation, const FILETIME* pftSource, LPFILETIME pftTarget
   return result;
 }
 
-// The steps that the conversions are made of. `format` turns another form into the file time that
-// it is given the address of, or that file time into another form; then(&ft) goes on with a file
-// time.
-
-template <class Format, class Then>
-BOOL FormatThen(Format format, Then then) {
-  FILETIME ftFormatted;
-  return format(&ftFormatted) ? then(&ftFormatted) : FALSE;
-}
-
-template <class Format>
-BOOL FormatThenCross(Format format, LPFILETIME pftTarget, INT nMode) {
-  if (nMode == UT_TIME_AS_IS) return format(pftTarget);
-  return FormatThen(format,
-                    [=](const FILETIME* pft) { return utConvertFileTime(pft, pftTarget, nMode); });
-}
-
-template <class Format>
-BOOL CrossThenFormat(const FILETIME* pftSource, INT nMode, Format format) {
-  if (nMode == UT_TIME_AS_IS) return format(pftSource);
-  FILETIME ftCrossed;
-  return utConvertFileTime(pftSource, &ftCrossed, nMode) ? format(&ftCrossed) : FALSE;
-}
-
-auto FromSystemTime(const SYSTEMTIME* pstSource) {
-  return [=](LPFILETIME pft) { return SystemTimeToFileTime(pstSource, pft); };
-}
-
-auto FromDosDateTime(WORD wDosDate, WORD wDosTime) {
-  return [=](LPFILETIME pft) { return DosDateTimeToFileTime(wDosDate, wDosTime, pft); };
-}
-
 }  // namespace
 }  // namespace tavkit
 
 BOOL UT_API utFileTimeAddMilliseconds(LPFILETIME pftTime, DWORD dwMilliseconds) {
   if (pftTime == nullptr) return FALSE;
-  const uint64_t before = tavkit::Load(pftTime);
-  const uint64_t after = before + tavkit::TicksOf(dwMilliseconds);
+  uint64_t after;
+  const bool wrapped =
+      __builtin_add_overflow(tavkit::Load(pftTime), tavkit::TicksOf(dwMilliseconds), &after);
   tavkit::Store(pftTime, after);
-  return after >= before;
+  return !wrapped;
 }
 
 BOOL UT_API utFileTimeSubMilliseconds(LPFILETIME pftTime, DWORD dwMilliseconds) {
   if (pftTime == nullptr) return FALSE;
-  const uint64_t before = tavkit::Load(pftTime);
-  const uint64_t after = before - tavkit::TicksOf(dwMilliseconds);
+  uint64_t after;
+  const bool wrapped =
+      __builtin_sub_overflow(tavkit::Load(pftTime), tavkit::TicksOf(dwMilliseconds), &after);
   tavkit::Store(pftTime, after);
-  return after <= before;
+  return !wrapped;
 }
 
 BOOL UT_API utConvertFileTime(const FILETIME* pftSource, LPFILETIME pftTarget, INT nMode) {
@@ -102,41 +72,50 @@ BOOL UT_API utConvertFileTime(const FILETIME* pftSource, LPFILETIME pftTarget, I
 }
 
 BOOL UT_API utDosDateTimeToFileTime(WORD wDosDate, WORD wDosTime, LPFILETIME pftTarget, INT nMode) {
-  return tavkit::FormatThenCross(tavkit::FromDosDateTime(wDosDate, wDosTime), pftTarget, nMode);
+  if (nMode == UT_TIME_AS_IS) return DosDateTimeToFileTime(wDosDate, wDosTime, pftTarget);
+  FILETIME ft;
+  if (!DosDateTimeToFileTime(wDosDate, wDosTime, &ft)) return FALSE;
+  return utConvertFileTime(&ft, pftTarget, nMode);
 }
 
 BOOL UT_API utSystemTimeToFileTime(const SYSTEMTIME* pstSource, LPFILETIME pftTarget, INT nMode) {
-  return tavkit::FormatThenCross(tavkit::FromSystemTime(pstSource), pftTarget, nMode);
+  if (nMode == UT_TIME_AS_IS) return SystemTimeToFileTime(pstSource, pftTarget);
+  FILETIME ft;
+  if (!SystemTimeToFileTime(pstSource, &ft)) return FALSE;
+  return utConvertFileTime(&ft, pftTarget, nMode);
 }
 
 BOOL UT_API utFileTimeToSystemTime(const FILETIME* pftSource, LPSYSTEMTIME pstTarget, INT nMode) {
-  return tavkit::CrossThenFormat(
-      pftSource, nMode, [=](const FILETIME* pft) { return FileTimeToSystemTime(pft, pstTarget); });
+  if (nMode == UT_TIME_AS_IS) return FileTimeToSystemTime(pftSource, pstTarget);
+  FILETIME ft;
+  if (!utConvertFileTime(pftSource, &ft, nMode)) return FALSE;
+  return FileTimeToSystemTime(&ft, pstTarget);
 }
 
 BOOL UT_API utFileTimeToDosDateTime(const FILETIME* pftSource, LPWORD pwDosDate, LPWORD pwDosTime,
                                     INT nMode) {
-  return tavkit::CrossThenFormat(pftSource, nMode, [=](const FILETIME* pft) {
-    return FileTimeToDosDateTime(pft, pwDosDate, pwDosTime);
-  });
+  if (nMode == UT_TIME_AS_IS) return FileTimeToDosDateTime(pftSource, pwDosDate, pwDosTime);
+  FILETIME ft;
+  if (!utConvertFileTime(pftSource, &ft, nMode)) return FALSE;
+  return FileTimeToDosDateTime(&ft, pwDosDate, pwDosTime);
 }
 
 BOOL UT_API utConvertSystemTime(const SYSTEMTIME* pstSource, LPSYSTEMTIME pstTarget, INT nMode) {
-  return tavkit::FormatThen(tavkit::FromSystemTime(pstSource), [=](const FILETIME* pft) {
-    return utFileTimeToSystemTime(pft, pstTarget, nMode);
-  });
+  FILETIME ft;
+  if (!SystemTimeToFileTime(pstSource, &ft)) return FALSE;
+  return utFileTimeToSystemTime(&ft, pstTarget, nMode);
 }
 
 BOOL UT_API utDosDateTimeToSystemTime(WORD wDosDate, WORD wDosTime, LPSYSTEMTIME pstTarget,
                                       INT nMode) {
-  return tavkit::FormatThen(tavkit::FromDosDateTime(wDosDate, wDosTime), [=](const FILETIME* pft) {
-    return utFileTimeToSystemTime(pft, pstTarget, nMode);
-  });
+  FILETIME ft;
+  if (!DosDateTimeToFileTime(wDosDate, wDosTime, &ft)) return FALSE;
+  return utFileTimeToSystemTime(&ft, pstTarget, nMode);
 }
 
 BOOL UT_API utSystemTimeToDosDateTime(const SYSTEMTIME* pstSource, LPWORD pwDosDate,
                                       LPWORD pwDosTime, INT nMode) {
-  return tavkit::FormatThen(tavkit::FromSystemTime(pstSource), [=](const FILETIME* pft) {
-    return utFileTimeToDosDateTime(pft, pwDosDate, pwDosTime, nMode);
-  });
+  FILETIME ft;
+  if (!SystemTimeToFileTime(pstSource, &ft)) return FALSE;
+  return utFileTimeToDosDateTime(&ft, pwDosDate, pwDosTime, nMode);
 }

@@ -9,99 +9,92 @@ namespace tavkit {
 template <class Text>
 inline constexpr DWORD kUncPrefix = 2 * Text::kUnit;
 
-// The size of a name without its leading backslashes and its terminator.
+// The parts of a name to be built, measured once. A part may be empty or missing.
 template <class Text>
-DWORD BareSize(const Char<Text>* psz) {
-  return StringSize<Text>(SkipLeadChar<Text>(psz, kBackslash), false);
-}
+struct MeasuredParts {
+  Stretch<Text> server, resource, path;
+  bool hasServer;  // as neither a missing nor an empty one is written
+
+  MeasuredParts(const Char<Text>* pszServer, const Char<Text>* pszResource,
+                const Char<Text>* pszPath)
+      : resource(BareText<Text>(pszResource)),
+        path(BareText<Text>(pszPath)),
+        hasServer(!IsNullOrEmpty<Text>(pszServer)) {
+    if (hasServer) server = BareText<Text>(pszServer);
+  }
+};
 
 template <class Text>
-DWORD SizeUncName(const Char<Text>* pszServer, const Char<Text>* pszResource,
-                  const Char<Text>* pszPath) {
-  DWORD size = 0;
-  if (!IsNullOrEmpty<Text>(pszServer)) size += BareSize<Text>(pszServer) + kUncPrefix<Text>;
-  if (pszResource != nullptr) size += BareSize<Text>(pszResource) + Text::kUnit;
-  if (pszPath != nullptr) size += BareSize<Text>(pszPath) + Text::kUnit;
-  return size == 0 ? 0 : size + Text::kUnit;
+DWORD SizeUncName(const MeasuredParts<Text>& parts) {
+  DWORD size = parts.hasServer ? AddSizes(parts.server.cb, kUncPrefix<Text>) : 0;
+  const Stretch<Text>* const components[] = {&parts.resource, &parts.path};
+  for (const auto* pComponent : components) {
+    if (pComponent->psz != nullptr) size = AddSizes(size, AddSizes(pComponent->cb, Text::kUnit));
+  }
+  return size == 0 ? 0 : AddSizes(size, Text::kUnit);
 }
 
-inline DWORD utSizeUNCName(LPCSTR pszServer, LPCSTR pszResource, LPCSTR pszPath) {
-  return SizeUncName<ByteText>(pszServer, pszResource, pszPath);
-}
-
-inline DWORD utSizeUNCNameW(LPCWSTR pszServer, LPCWSTR pszResource, LPCWSTR pszPath) {
-  return SizeUncName<WideText>(pszServer, pszResource, pszPath);
-}
-
-// Counts the name's leading backslashes too, although they aren't written.
+// What a server name takes, leading backslashes included although they aren't written.
 template <class Text>
-DWORD SizeServerName(const Char<Text>* pszServer, INT nForm) {
+DWORD SizeServerName(const Char<Text>* pszServer, const Stretch<Text>& bare, INT nForm) {
   if (IsNullOrEmpty<Text>(pszServer)) return 0;
-  return StringSize<Text>(pszServer, true) + (nForm == UT_SERVERNAME_UNC ? kUncPrefix<Text> : 0);
+  const DWORD cbLead = CountedSize(ByteDistance(pszServer, bare.psz));
+  const DWORD cbPrefix = nForm == UT_SERVERNAME_UNC ? kUncPrefix<Text> : 0;
+  return AddSizes(AddSizes(cbLead, bare.cb), cbPrefix + Text::kUnit);
 }
 
-inline DWORD utSizeServerName(LPCSTR pszServer, INT nForm) {
-  return SizeServerName<ByteText>(pszServer, nForm);
-}
+inline constexpr auto& utSizeUNCName = SizeUncName<ByteText>;
+inline constexpr auto& utSizeUNCNameW = SizeUncName<WideText>;
+inline constexpr auto& utSizeServerName = SizeServerName<ByteText>;
+inline constexpr auto& utSizeServerNameW = SizeServerName<WideText>;
 
-inline DWORD utSizeServerNameW(LPCWSTR pszServer, INT nForm) {
-  return SizeServerName<WideText>(pszServer, nForm);
-}
-
-// Writes a server name without its own leading backslashes behind a prefix of backslashes, and
-// tells where it ends.
+// Writes a server name after so many bytes of backslashes.
 template <class Text>
-Char<Text>* WriteServer(Char<Text>* pszOut, DWORD cbPrefix, const Char<Text>* pszServer) {
-  Char<Text>* pszBehind = pszOut + cbPrefix / Text::kUnit;
-  Char<Text>* pszEnd = CopyToEnd<Text>(pszBehind, SkipLeadChar<Text>(pszServer, kBackslash));
-  while (pszBehind != pszOut) Text::Store(--pszBehind, kBackslash);
-  return pszEnd;
+void WriteServer(Char<Text>* pszOut, DWORD cbPrefix, const Stretch<Text>& server) {
+  Char<Text>* const pszName = pszOut + cbPrefix / Text::kUnit;
+  CopyToEnd<Text>(pszName, server);
+  while (pszOut != pszName) Text::Store(pszOut++, kBackslash);
 }
 
-// The last character of a string whose end is known. In the byte form only a walk finds it.
-inline CHAR* LastInFront(CHAR* psz, CHAR* /*pszEnd*/, ByteText) { return CharLast<ByteText>(psz); }
-inline WCHAR* LastInFront(WCHAR* psz, WCHAR* pszEnd, WideText) {
-  return pszEnd == psz ? psz : pszEnd - 1;
-}
-
-template <class Text, auto Size>
+template <class Text>
 bool BuildUncName(Char<Text>* pszOut, DWORD cbOut, const Char<Text>* pszServer,
                   const Char<Text>* pszResource, const Char<Text>* pszPath) {
   if (!IsBuffer(pszOut, cbOut, Text::kUnit)) return false;
   Text::Store(pszOut, 0);
-  if (cbOut != UT_SIZE_UNCHECKED && !IsBufferSize(cbOut, Size(pszServer, pszResource, pszPath))) {
-    return false;
-  }
-  Char<Text>* pszEnd = pszOut;
-  if (!IsNullOrEmpty<Text>(pszServer)) {
-    pszEnd = WriteServer<Text>(pszOut, kUncPrefix<Text>, pszServer);
-  }
-  const Char<Text>* const parts[] = {pszResource, pszPath};
-  for (const auto* pszPart : parts) {
-    if (pszPart == nullptr) continue;
-    pszEnd = AppendComponent<Text>(LastInFront(pszOut, pszEnd, Text{}), pszEnd, pszPart);
+  const MeasuredParts<Text> parts(pszServer, pszResource, pszPath);
+  if (!Fits(SizeUncName<Text>(parts), cbOut)) return false;
+  if (parts.hasServer) WriteServer<Text>(pszOut, kUncPrefix<Text>, parts.server);
+  // A character that was the last one still begins where it did, so the next walk begins there.
+  const Char<Text>* pszLast = pszOut;
+  const Stretch<Text>* const components[] = {&parts.resource, &parts.path};
+  for (const auto* pComponent : components) {
+    if (pComponent->psz == nullptr) continue;
+    const auto path = Text::FindTail(pszLast);
+    pszLast = LastOf<Text>(path);
+    CopyToEnd<Text>(AppendSeparator<Text>(path), *pComponent);
   }
   return true;
 }
 
-template <class Text, auto Size>
+template <class Text>
 bool ServerName(const Char<Text>* pszServer, INT nForm, Char<Text>* pszOut, DWORD cbOut) {
   if (!IsBuffer(pszOut, cbOut, Text::kUnit)) return false;
   Text::Store(pszOut, 0);
   if (pszServer == nullptr) return false;
-  if (cbOut != UT_SIZE_UNCHECKED && !IsBufferSize(cbOut, Size(pszServer, nForm))) return false;
+  const auto bare = BareText<Text>(pszServer);
+  if (!Fits(SizeServerName<Text>(pszServer, bare, nForm), cbOut)) return false;
   // An empty name counts nothing there, but its prefix and terminator are written all the same.
   const DWORD cbPrefix = nForm == UT_SERVERNAME_UNC ? kUncPrefix<Text> : 0;
   if (!IsBufferSize(cbOut, cbPrefix + Text::kUnit)) return false;
-  WriteServer<Text>(pszOut, cbPrefix, pszServer);
+  WriteServer<Text>(pszOut, cbPrefix, bare);
   return true;
 }
 
-template <class Text, auto Size>
+template <class Text>
 void ConvertServerName(Char<Text>* pszServer, INT nForm) {
   Char<Text> szConverted[64];
   Text::Store(szConverted, 0);
-  ServerName<Text, Size>(pszServer, nForm, szConverted, sizeof szConverted);
+  ServerName<Text>(pszServer, nForm, szConverted, sizeof szConverted);
   Text::Copy(pszServer, szConverted);
 }
 
@@ -110,21 +103,21 @@ template <class Text>
 bool CopyUpTo(const Char<Text>* pszName, const Char<Text>* pszSeparator, Char<Text>* pszOut,
               DWORD cbOut) {
   if (pszSeparator == nullptr) return CopyString<Text>(pszName, pszOut, cbOut);
-  return Text::CopyCounted(pszName, StretchSize<Text>(pszName, pszSeparator), pszOut, cbOut);
+  const DWORD cbName = CountedSize(ByteDistance(pszName, pszSeparator));
+  return CopyMakeAsciiz<Text>(pszName, cbName, pszOut, cbOut);
 }
 
 template <class Text>
 bool ExtractServer(const Char<Text>* pszName, Char<Text>* pszOut, DWORD cbOut) {
-  const auto parts = ParseUncName<Text>(pszName);
-  return parts.pszStart != nullptr &&
-         CopyUpTo<Text>(pszName, parts.pszResourceSeparator, pszOut, cbOut);
+  const auto server = ParseUncName<Text>(pszName).server;
+  return server.pszStart != nullptr && CopyUpTo<Text>(pszName, server.pszSeparator, pszOut, cbOut);
 }
 
 template <class Text>
 bool ExtractServerResource(const Char<Text>* pszName, Char<Text>* pszOut, DWORD cbOut) {
-  const auto parts = ParseUncName<Text>(pszName);
-  return parts.pszResourceSeparator != nullptr &&
-         CopyUpTo<Text>(pszName, parts.pszPathSeparator, pszOut, cbOut);
+  const auto resource = ParseUncName<Text>(pszName).resource;
+  return resource.pszStart != nullptr &&
+         CopyUpTo<Text>(pszName, resource.pszSeparator, pszOut, cbOut);
 }
 
 }  // namespace tavkit

@@ -42,30 +42,28 @@ DWORD UT_API utCheckUNCNameW(LPCWSTR pszName) { return tavkit::CheckUncName<Wide
 
 BOOL UT_API utBuildUNCName(LPSTR pszOut, DWORD cbOut, LPCSTR pszServer, LPCSTR pszResource,
                            LPCSTR pszPath) {
-  return tavkit::BuildUncName<ByteText, tavkit::utSizeUNCName>(pszOut, cbOut, pszServer,
-                                                               pszResource, pszPath);
+  return tavkit::BuildUncName<ByteText>(pszOut, cbOut, pszServer, pszResource, pszPath);
 }
 
 BOOL UT_API utBuildUNCNameW(LPWSTR pszOut, DWORD cbOut, LPCWSTR pszServer, LPCWSTR pszResource,
                             LPCWSTR pszPath) {
-  return tavkit::BuildUncName<WideText, tavkit::utSizeUNCNameW>(pszOut, cbOut, pszServer,
-                                                                pszResource, pszPath);
+  return tavkit::BuildUncName<WideText>(pszOut, cbOut, pszServer, pszResource, pszPath);
 }
 
 BOOL UT_API utServerName(LPCSTR pszServer, INT nForm, LPSTR pszOut, DWORD cbOut) {
-  return tavkit::ServerName<ByteText, tavkit::utSizeServerName>(pszServer, nForm, pszOut, cbOut);
+  return tavkit::ServerName<ByteText>(pszServer, nForm, pszOut, cbOut);
 }
 
 BOOL UT_API utServerNameW(LPCWSTR pszServer, INT nForm, LPWSTR pszOut, DWORD cbOut) {
-  return tavkit::ServerName<WideText, tavkit::utSizeServerNameW>(pszServer, nForm, pszOut, cbOut);
+  return tavkit::ServerName<WideText>(pszServer, nForm, pszOut, cbOut);
 }
 
 void UT_API utConvertServerName(LPSTR pszServer, INT nForm) {
-  tavkit::ConvertServerName<ByteText, tavkit::utSizeServerName>(pszServer, nForm);
+  tavkit::ConvertServerName<ByteText>(pszServer, nForm);
 }
 
 void UT_API utConvertServerNameW(LPWSTR pszServer, INT nForm) {
-  tavkit::ConvertServerName<WideText, tavkit::utSizeServerNameW>(pszServer, nForm);
+  tavkit::ConvertServerName<WideText>(pszServer, nForm);
 }
 
 BOOL UT_API utExtractServer(LPCSTR pszName, LPSTR pszOut, DWORD cbOut) {

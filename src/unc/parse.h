@@ -10,63 +10,87 @@ namespace tavkit {
 
 inline constexpr WORD kBackslash = '\\';
 
-// Copies a string, which may be the one that it is copied to the end of, and tells where its copy
-// ends.
+// A stretch of text and its size in bytes, without a terminator. NULL where there is none.
 template <class Text>
-Char<Text>* CopyToEnd(Char<Text>* pszEnd, const Char<Text>* psz) {
-  const DWORD size = StringSize<Text>(psz, false);
-  Text::CopyCounted(psz, size, pszEnd, UT_SIZE_UNCHECKED);
-  return pszEnd + size / Text::kUnit;
+struct Stretch {
+  const Char<Text>* psz = nullptr;
+  DWORD cb = 0;
+};
+
+// A string without its leading backslashes, measured.
+template <class Text>
+Stretch<Text> BareText(const Char<Text>* psz) {
+  const Char<Text>* pszBare = SkipLeadChar<Text>(psz, kBackslash);
+  return {pszBare, StringSize<Text>(pszBare, false)};
 }
 
-// Appends a component to a path of which the last character and the end are known, and tells where
-// the path ends then.
+// Copies a text to the end of a string, which it may be a part of, and gives the new end.
 template <class Text>
-Char<Text>* AppendComponent(const Char<Text>* pszLast, Char<Text>* pszEnd,
-                            const Char<Text>* pszComponent) {
-  if (Text::Load(pszLast) != kBackslash) {
-    Text::Store(pszEnd, kBackslash);
-    Text::Store(++pszEnd, 0);
-  }
-  if (IsNullOrEmpty<Text>(pszComponent)) return pszEnd;
-  return CopyToEnd<Text>(pszEnd, SkipLeadChar<Text>(pszComponent, kBackslash));
+Char<Text>* CopyToEnd(Char<Text>* pszEnd, const Stretch<Text>& text) {
+  CopyMakeAsciiz<Text>(text.psz, text.cb, pszEnd, UT_SIZE_UNCHECKED);
+  return pszEnd + text.cb / Text::kUnit;
+}
+
+// Ends a path with a backslash, unless it does already, and gives its end.
+template <class Text>
+Char<Text>* AppendSeparator(const Tail<Char<Text>>& path) {
+  Char<Text>* pszEnd = path.pszEnd;
+  if (Text::Load(LastOf<Text>(path)) == kBackslash) return pszEnd;
+  Text::Store(pszEnd++, kBackslash);
+  Text::Store(pszEnd, 0);
+  return pszEnd;
 }
 
 template <class Text>
 void AppendPathComponent(Char<Text>* pszPath, const Char<Text>* pszComponent) {
   if (pszPath == nullptr) return;
-  const Char<Text>* pszLast = CharLast<Text>(pszPath);
-  AppendComponent<Text>(pszLast, Text::End(pszLast), pszComponent);
+  Char<Text>* pszEnd = AppendSeparator<Text>(Text::FindTail(pszPath));
+  CopyToEnd<Text>(pszEnd, BareText<Text>(pszComponent));
 }
 
-// Where the parts of a UNC name stand; NULL for one that the name doesn't have.
+// A component of a UNC name: where it begins, and the backslash that ends it. NULL where the name
+// has none.
 template <class Text>
-struct UncParts {
-  Char<Text>* pszStart;
-  Char<Text>* pszServer;
-  Char<Text>* pszResourceSeparator;
-  Char<Text>* pszResource;
-  Char<Text>* pszPathSeparator;
-  Char<Text>* pszPath;
+struct Component {
+  Char<Text>* pszStart = nullptr;
+  Char<Text>* pszSeparator = nullptr;
+
+  // The backslashes of a run are one separator, so the component is empty at the name's end alone.
+  bool IsEmpty() const { return pszStart == nullptr || Text::Load(pszStart) == 0; }
+
+  Stretch<Text> Measured() const {
+    if (pszStart == nullptr) return {};
+    const Char<Text>* pszEnd = pszSeparator != nullptr ? pszSeparator : FindEnd<Text>(pszStart);
+    return {pszStart, CountedSize(ByteDistance(pszStart, pszEnd))};
+  }
 };
 
 template <class Text>
-Char<Text>* FindSeparator(const Char<Text>* psz) {
-  return psz == nullptr ? nullptr : Text::Find(psz, kBackslash);
+struct UncName {
+  Component<Text> server, resource, path;
+};
+
+// Past a run of backslashes, which are few.
+template <class Text>
+Char<Text>* SkipRun(Char<Text>* psz) {
+  while (Text::Load(psz) == kBackslash) ++psz;
+  return psz;
 }
 
 // The one parse: all that is said of a name is read off its result.
 template <class Text>
-UncParts<Text> ParseUncName(const Char<Text>* pszName) {
-  UncParts<Text> parts = {};
-  if (CountLeadChar<Text>(pszName, kBackslash) != 2) return parts;
-  parts.pszStart = const_cast<Char<Text>*>(pszName);
-  parts.pszServer = SkipLeadChar<Text>(pszName, kBackslash);
-  parts.pszResourceSeparator = FindSeparator<Text>(parts.pszServer);
-  parts.pszResource = SkipLeadChar<Text>(parts.pszResourceSeparator, kBackslash);
-  parts.pszPathSeparator = FindSeparator<Text>(parts.pszResource);
-  parts.pszPath = SkipLeadChar<Text>(parts.pszPathSeparator, kBackslash);
-  return parts;
+UncName<Text> ParseUncName(const Char<Text>* pszName) {
+  UncName<Text> name;
+  if (pszName == nullptr) return name;
+  auto* pszServer = SkipRun<Text>(const_cast<Char<Text>*>(pszName));
+  if (pszServer - pszName != 2) return name;
+  name.server = {pszServer, FindChar<Text>(pszServer, kBackslash)};
+  if (name.server.pszSeparator == nullptr) return name;
+  auto* pszResource = SkipRun<Text>(name.server.pszSeparator);
+  name.resource = {pszResource, FindChar<Text>(pszResource, kBackslash)};
+  if (name.resource.pszSeparator == nullptr) return name;
+  name.path.pszStart = SkipRun<Text>(name.resource.pszSeparator);
+  return name;
 }
 
 inline DWORD UncBits(bool hasServer, bool hasResource, bool hasPath) {
@@ -78,33 +102,26 @@ template <class Text>
 DWORD SearchUncName(const Char<Text>* pszName, Char<Text>** ppszStart,
                     Char<Text>** ppszResourceSeparator, Char<Text>** ppszPathSeparator) {
   if (pszName == nullptr) return 0;
-  const auto parts = ParseUncName<Text>(pszName);
-  if (ppszStart != nullptr) *ppszStart = parts.pszStart;
-  if (ppszResourceSeparator != nullptr) *ppszResourceSeparator = parts.pszResourceSeparator;
-  if (ppszPathSeparator != nullptr) *ppszPathSeparator = parts.pszPathSeparator;
-  return UncBits(parts.pszStart != nullptr, parts.pszResourceSeparator != nullptr,
-                 parts.pszPathSeparator != nullptr);
+  const auto name = ParseUncName<Text>(pszName);
+  const bool isName = name.server.pszStart != nullptr;
+  if (ppszStart != nullptr) *ppszStart = isName ? const_cast<Char<Text>*>(pszName) : nullptr;
+  if (ppszResourceSeparator != nullptr) *ppszResourceSeparator = name.server.pszSeparator;
+  if (ppszPathSeparator != nullptr) *ppszPathSeparator = name.resource.pszSeparator;
+  return UncBits(isName, name.server.pszSeparator != nullptr,
+                 name.resource.pszSeparator != nullptr);
 }
 
-// Bytes from one position of a string up to a later one.
 template <class Text>
-DWORD StretchSize(const Char<Text>* pszFrom, const Char<Text>* pszTo) {
-  return static_cast<DWORD>(pszTo - pszFrom) * Text::kUnit;
+DWORD CheckUncName(const Char<Text>* pszName) {
+  const auto name = ParseUncName<Text>(pszName);
+  return UncBits(!name.server.IsEmpty(), !name.resource.IsEmpty(), !name.path.IsEmpty());
 }
 
-// Bytes of a component, which reaches up to its separator or, without one, to the end of the
-// string.
+// Copies as much as fits, of no text an empty string.
 template <class Text>
-DWORD ComponentSize(const Char<Text>* pszComponent, const Char<Text>* pszSeparator) {
-  return pszSeparator == nullptr ? StringSize<Text>(pszComponent, false)
-                                 : StretchSize<Text>(pszComponent, pszSeparator);
-}
-
-// Copies a component as far as it fits. One without a start leaves an empty string.
-template <class Text>
-void CopyComponent(const Char<Text>* psz, DWORD cb, Char<Text>* pszOut, DWORD cbOut) {
-  if (psz != nullptr) {
-    Text::CopyCounted(psz, cb, pszOut, cbOut);
+void CopyStretch(const Stretch<Text>& text, Char<Text>* pszOut, DWORD cbOut) {
+  if (text.psz != nullptr) {
+    CopyMakeAsciiz<Text>(text.psz, text.cb, pszOut, cbOut);
   } else if (IsBuffer(pszOut, cbOut, Text::kUnit)) {
     Text::Store(pszOut, 0);
   }
@@ -114,19 +131,14 @@ template <class Text>
 DWORD BreakUncName(const Char<Text>* pszName, Char<Text>* pszServer, DWORD cbServer,
                    Char<Text>* pszResource, DWORD cbResource, Char<Text>* pszPath, DWORD cbPath) {
   if (pszName == nullptr) return 0;
-  const auto parts = ParseUncName<Text>(pszName);
-  const DWORD server = ComponentSize<Text>(parts.pszServer, parts.pszResourceSeparator);
-  const DWORD resource = ComponentSize<Text>(parts.pszResource, parts.pszPathSeparator);
-  const DWORD path = ComponentSize<Text>(parts.pszPath, nullptr);
-  CopyComponent<Text>(parts.pszServer, server, pszServer, cbServer);
-  CopyComponent<Text>(parts.pszResource, resource, pszResource, cbResource);
-  CopyComponent<Text>(parts.pszPath, path, pszPath, cbPath);
-  return UncBits(server != 0, resource != 0, path != 0);
-}
-
-template <class Text>
-DWORD CheckUncName(const Char<Text>* pszName) {
-  return BreakUncName<Text>(pszName, nullptr, 0, nullptr, 0, nullptr, 0);
+  const auto name = ParseUncName<Text>(pszName);
+  const auto server = name.server.Measured();
+  const auto resource = name.resource.Measured();
+  const auto path = name.path.Measured();
+  CopyStretch<Text>(server, pszServer, cbServer);
+  CopyStretch<Text>(resource, pszResource, cbResource);
+  CopyStretch<Text>(path, pszPath, cbPath);
+  return UncBits(server.cb != 0, resource.cb != 0, path.cb != 0);
 }
 
 }  // namespace tavkit

@@ -1,34 +1,15 @@
-#include "frame/memory.h"
 #include "strings/strings.h"
 #include "xbuf/xbuf.h"
 
-using tavkit::ByteText;
-using tavkit::StringSize;
-using tavkit::WideText;
-using tavkit::XBuf;
+using namespace tavkit;
 
 namespace {
 
-// Takes a block of at least one byte off the free block. False, and nothing changes, if there is no
-// room or no such side.
-bool TakeBlock(XBuf& xbuf, WORD wSide, DWORD cbBlock, LPVOID& pBlock) {
-  if (cbBlock > xbuf.cbFree) return false;
-  switch (wSide) {
-    case UT_XBUF_FRONT:
-      pBlock = xbuf.pFree;
-      xbuf.pFree += cbBlock;
-      xbuf.cbFront += cbBlock;
-      break;
-    case UT_XBUF_BACK:
-      pBlock = xbuf.pFree + (xbuf.cbFree - cbBlock);
-      xbuf.cbBack += cbBlock;
-      break;
-    default:
-      return false;
-  }
-  xbuf.cbFree -= cbBlock;
-  if (xbuf.cbFree == 0) xbuf.pFree = nullptr;
-  return true;
+// A string that 32 bits don't count has no block that is large enough.
+BOOL CopyText(HXBUF hXBuf, WORD wSide, LPCVOID pszSource, DWORD cbSource, LPVOID* ppBlock) {
+  if (cbSource != kUncountable) return utXBufCopyTo(hXBuf, wSide, pszSource, cbSource, ppBlock);
+  if (ppBlock != nullptr) *ppBlock = nullptr;
+  return FALSE;
 }
 
 }  // namespace
@@ -37,9 +18,8 @@ HXBUF UT_API utXBufCreate(DWORD cbBuffer, LPVOID pBuffer) {
   auto* pXBuf = XBuf::Allocate();
   if (pXBuf == nullptr) return nullptr;
   pXBuf->Clear();
-  const HXBUF hXBuf = pXBuf->GetHandle();
-  utXBufUseBuffer(hXBuf, cbBuffer, pBuffer);
-  return hXBuf;
+  pXBuf->Use(pBuffer, cbBuffer);
+  return pXBuf->GetHandle();
 }
 
 void UT_API utXBufDestroy(HXBUF hXBuf) {
@@ -51,31 +31,20 @@ void UT_API utXBufDestroy(HXBUF hXBuf) {
 
 BOOL UT_API utXBufUseBuffer(HXBUF hXBuf, DWORD cbBuffer, LPVOID pBuffer) {
   auto* pXBuf = XBuf::FromHandle(hXBuf);
-  if (pXBuf == nullptr) return FALSE;
-  pXBuf->Reset();
-  if (cbBuffer == 0) return FALSE;
-  if (pBuffer != nullptr) {
-    pXBuf->AttachBuffer(pBuffer, cbBuffer, FALSE);
-    return TRUE;
-  }
-  LPVOID pOwned = XBuf::AllocBuffer(cbBuffer);
-  if (pOwned == nullptr) return FALSE;
-  pXBuf->AttachBuffer(pOwned, cbBuffer, TRUE);
-  return TRUE;
+  return pXBuf != nullptr && pXBuf->Use(pBuffer, cbBuffer);
 }
 
 void UT_API utXBufSetOwner(HXBUF hXBuf, DWORD dwOwner) {
   auto* pXBuf = XBuf::FromHandle(hXBuf);
-  if (pXBuf != nullptr && pXBuf->pBuffer != nullptr) pXBuf->fOwnsBuffer = dwOwner;
+  if (pXBuf != nullptr) pXBuf->SetOwner(dwOwner);
 }
 
 BOOL UT_API utXBufReserveBlock(HXBUF hXBuf, WORD wSide, DWORD cbBlock, LPVOID* ppBlock) {
   auto* pXBuf = XBuf::FromHandle(hXBuf);
   if (pXBuf == nullptr) return FALSE;
-  LPVOID pBlock = nullptr;
-  const bool reserved = cbBlock == 0 || TakeBlock(*pXBuf, wSide, cbBlock, pBlock);
+  LPVOID pBlock = cbBlock == 0 ? nullptr : pXBuf->Reserve(wSide, cbBlock);
   if (ppBlock != nullptr) *ppBlock = pBlock;
-  return reserved;
+  return cbBlock == 0 || pBlock != nullptr;
 }
 
 BOOL UT_API utXBufCopyTo(HXBUF hXBuf, WORD wSide, LPCVOID pSource, DWORD cbSource,
@@ -84,64 +53,36 @@ BOOL UT_API utXBufCopyTo(HXBUF hXBuf, WORD wSide, LPCVOID pSource, DWORD cbSourc
   BOOL copied = TRUE;
   if (pSource != nullptr && cbSource != 0) {
     copied = utXBufReserveBlock(hXBuf, wSide, cbSource, &pBlock);
-    if (copied) tavkit::MoveBytes(pBlock, pSource, cbSource);
+    if (copied) MoveBytes(pBlock, pSource, cbSource);
   }
   if (ppBlock != nullptr) *ppBlock = pBlock;
   return copied;
 }
 
 BOOL UT_API utXBufCopyStringTo(HXBUF hXBuf, WORD wSide, LPCSTR pszSource, LPVOID* ppBlock) {
-  return utXBufCopyTo(hXBuf, wSide, pszSource, StringSize<ByteText>(pszSource, true), ppBlock);
+  return CopyText(hXBuf, wSide, pszSource, StringSize<ByteText>(pszSource, true), ppBlock);
 }
 
 BOOL UT_API utXBufCopyWideStringTo(HXBUF hXBuf, WORD wSide, LPCWSTR pwszSource, LPVOID* ppBlock) {
-  return utXBufCopyTo(hXBuf, wSide, pwszSource, StringSize<WideText>(pwszSource, true), ppBlock);
+  return CopyText(hXBuf, wSide, pwszSource, StringSize<WideText>(pwszSource, true), ppBlock);
 }
 
 BOOL UT_API utXBufSetSpaceUsed(HXBUF hXBuf, DWORD cbFront, DWORD cbBack) {
   auto* pXBuf = XBuf::FromHandle(hXBuf);
-  if (pXBuf == nullptr) return FALSE;
-  // Without a sum of the two, which could wrap.
-  if (cbFront > pXBuf->cbBuffer || cbBack > pXBuf->cbBuffer - cbFront) return FALSE;
-  pXBuf->SetUsed(cbFront, cbBack);
-  return TRUE;
+  return pXBuf != nullptr && pXBuf->TakeUsed(cbFront, cbBack);
 }
 
 DWORD UT_API utXBufGetSpaceUsed(HXBUF hXBuf) {
   const auto* pXBuf = XBuf::FromHandle(hXBuf);
-  return pXBuf != nullptr ? pXBuf->cbFront + pXBuf->cbBack : 0;
+  return pXBuf != nullptr ? pXBuf->Used() : 0;
 }
 
 LPVOID UT_API utXBufGetBlock(HXBUF hXBuf, WORD wBlock) {
   const auto* pXBuf = XBuf::FromHandle(hXBuf);
-  if (pXBuf == nullptr) return nullptr;
-  switch (wBlock) {
-    case UT_XBUF_BLOCK_BUFFER:
-      return pXBuf->pBuffer;
-    case UT_XBUF_BLOCK_FRONT:
-      return pXBuf->FrontBlock();
-    case UT_XBUF_BLOCK_BACK:
-      return pXBuf->BackBlock();
-    case UT_XBUF_BLOCK_FREE:
-      return pXBuf->pFree;
-    default:
-      return nullptr;
-  }
+  return pXBuf != nullptr ? pXBuf->Block(wBlock) : nullptr;
 }
 
 DWORD UT_API utXBufGetBlockSize(HXBUF hXBuf, WORD wBlock) {
   const auto* pXBuf = XBuf::FromHandle(hXBuf);
-  if (pXBuf == nullptr) return 0;
-  switch (wBlock) {
-    case UT_XBUF_BLOCK_BUFFER:
-      return pXBuf->cbBuffer;
-    case UT_XBUF_BLOCK_FRONT:
-      return pXBuf->cbFront;
-    case UT_XBUF_BLOCK_BACK:
-      return pXBuf->cbBack;
-    case UT_XBUF_BLOCK_FREE:
-      return pXBuf->cbFree;
-    default:
-      return 0;
-  }
+  return pXBuf != nullptr ? pXBuf->BlockSize(wBlock) : 0;
 }

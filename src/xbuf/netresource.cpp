@@ -1,175 +1,163 @@
-// NETRESOURCE records, measured and flattened: each operation one template over the two forms.
+// NETRESOURCE records, measured and flattened: each operation one template over the text policy.
 #include <tavkit/netresource.h>
 
-#include "frame/buffer_size.h"
-#include "frame/memory.h"
 #include "strings/strings.h"
+#include "xbuf/xbuf.h"
 
 namespace tavkit {
 namespace {
 
-void utFlattenNETRESOURCE(const NETRESOURCEA* pResource, HXBUF hXBuf, DWORD dwMask);
-void utFlattenNETRESOURCEW(const NETRESOURCEW* pResource, HXBUF hXBuf, DWORD dwMask);
-
-// What differs between the forms.
-struct ByteResource {
-  using Record = NETRESOURCEA;
-  using String = LPSTR;
-  using Text = ByteText;
-  static constexpr auto* CopyStringTo = &utXBufCopyStringTo;
-  static constexpr auto* Flatten = &utFlattenNETRESOURCE;
+template <class Text>
+struct RecordOf;
+template <>
+struct RecordOf<ByteText> {
+  using Type = NETRESOURCEA;
 };
-
-struct WideResource {
-  using Record = NETRESOURCEW;
-  using String = LPWSTR;
-  using Text = WideText;
-  static constexpr auto* CopyStringTo = &utXBufCopyWideStringTo;
-  static constexpr auto* Flatten = &utFlattenNETRESOURCEW;
+template <>
+struct RecordOf<WideText> {
+  using Type = NETRESOURCEW;
 };
+template <class Text>
+using Record = typename RecordOf<Text>::Type;
 
-static_assert(sizeof(NETRESOURCEA) == 4 * sizeof(DWORD) + 4 * sizeof(LPSTR));
+static_assert(sizeof(NETRESOURCEA) == (sizeof(void*) == 8 ? 48 : 32));
 static_assert(sizeof(NETRESOURCEW) == sizeof(NETRESOURCEA));
 
-template <class Form>
-using Record = typename Form::Record;
+// The strings of a record in the order in which they are placed, each with its bit of the mask.
+template <class Text>
+struct StringField {
+  Char<Text>* Record<Text>::* psz;
+  DWORD dwBit;
+};
 
-// A copy of the record in which the fields that the mask leaves out are 0 or NULL. The source may
-// stand at any address.
-template <class Form>
-Record<Form> TakeFields(const Record<Form>* pResource, DWORD dwMask) {
-  auto taken = ReadValue<Record<Form>>(pResource);
-  if (!(dwMask & UT_NR_SCOPE)) taken.dwScope = 0;
-  if (!(dwMask & UT_NR_TYPE)) taken.dwType = 0;
-  if (!(dwMask & UT_NR_DISPLAYTYPE)) taken.dwDisplayType = 0;
-  if (!(dwMask & UT_NR_USAGE)) taken.dwUsage = 0;
-  if (!(dwMask & UT_NR_LOCALNAME)) taken.lpLocalName = nullptr;
-  if (!(dwMask & UT_NR_REMOTENAME)) taken.lpRemoteName = nullptr;
-  if (!(dwMask & UT_NR_COMMENT)) taken.lpComment = nullptr;
-  if (!(dwMask & UT_NR_PROVIDER)) taken.lpProvider = nullptr;
-  return taken;
+constexpr unsigned kStrings = 4;
+template <class Text>
+constexpr StringField<Text> kStringFields[kStrings] = {
+    {&Record<Text>::lpLocalName, UT_NR_LOCALNAME},
+    {&Record<Text>::lpRemoteName, UT_NR_REMOTENAME},
+    {&Record<Text>::lpComment, UT_NR_COMMENT},
+    {&Record<Text>::lpProvider, UT_NR_PROVIDER}};
+
+// What a mask takes of a record. A field that is left out is 0 or NULL.
+template <class Text>
+struct TakenRecord {
+  Record<Text> fields = {};
+  DWORD cbStrings[kStrings] = {};  // with their terminators
+  DWORD cbVar = 0;                 // their sum
+  DWORD cbNeeded = 0;              // 0 without a record
+
+  // The record may stand at any address.
+  TakenRecord(const Record<Text>* pResource, DWORD dwMask) {
+    if (pResource == nullptr) return;
+    fields = ReadValue<Record<Text>>(pResource);
+    if (!(dwMask & UT_NR_SCOPE)) fields.dwScope = 0;
+    if (!(dwMask & UT_NR_TYPE)) fields.dwType = 0;
+    if (!(dwMask & UT_NR_DISPLAYTYPE)) fields.dwDisplayType = 0;
+    if (!(dwMask & UT_NR_USAGE)) fields.dwUsage = 0;
+    for (unsigned i = 0; i < kStrings; ++i) {
+      const auto& field = kStringFields<Text>[i];
+      if (!(dwMask & field.dwBit)) fields.*field.psz = nullptr;
+      cbStrings[i] = StringSize<Text>(fields.*field.psz, true);
+      cbVar = AddSizes(cbVar, cbStrings[i]);
+    }
+    cbNeeded = AddSizes(sizeof fields, cbVar);
+  }
+
+  bool FitsInto(DWORD cbFree) const { return cbNeeded != 0 && Fits(cbNeeded, cbFree); }
+};
+
+// Moves the record to the front and its strings to the back, which the caller knows to fit. The
+// strings were measured once, so that nothing is written but what was found to fit.
+template <class Text>
+void Flatten(TakenRecord<Text> taken, XBuf& xbuf) {
+  void* const pCopy = xbuf.Reserve(UT_XBUF_FRONT, sizeof taken.fields);
+  for (unsigned i = 0; i < kStrings; ++i) {
+    auto& psz = taken.fields.*kStringFields<Text>[i].psz;
+    if (psz == nullptr) continue;
+    void* const pString = xbuf.Reserve(UT_XBUF_BACK, taken.cbStrings[i]);
+    MoveBytes(pString, psz, taken.cbStrings[i]);
+    psz = static_cast<Char<Text>*>(pString);
+  }
+  WriteValue(pCopy, taken.fields);  // the copy may stand at an odd address
 }
 
-bool IsSize(DWORD cb) { return cb != 0 && cb != ~DWORD{0}; }  // neither no record nor that mark
+[[maybe_unused]] constexpr auto& utFlattenNETRESOURCE = Flatten<ByteText>;
+[[maybe_unused]] constexpr auto& utFlattenNETRESOURCEW = Flatten<WideText>;
 
-template <class Form>
-DWORD VarSize(const Record<Form>* pResource, DWORD dwMask) {
-  if (pResource == nullptr) return 0;
-  const auto taken = TakeFields<Form>(pResource, dwMask);
-  // A NULL string has the size 0.
-  DWORD cbStrings = StringSize<typename Form::Text>(taken.lpLocalName, true);
-  cbStrings = AddSizes(cbStrings, StringSize<typename Form::Text>(taken.lpRemoteName, true));
-  cbStrings = AddSizes(cbStrings, StringSize<typename Form::Text>(taken.lpComment, true));
-  return AddSizes(cbStrings, StringSize<typename Form::Text>(taken.lpProvider, true));
-}
-
-template <class Form>
-DWORD Size(const Record<Form>* pResource, DWORD dwMask) {
-  if (pResource == nullptr) return 0;
-  return AddSizes(sizeof(Record<Form>), VarSize<Form>(pResource, dwMask));
-}
-
-template <class Form>
-void MoveStringToBack(HXBUF hXBuf, typename Form::String& psz) {
-  LPVOID pCopy = nullptr;  // and of a NULL string there is no copy
-  Form::CopyStringTo(hXBuf, UT_XBUF_BACK, psz, &pCopy);
-  psz = static_cast<typename Form::String>(pCopy);
-}
-
-// The free block is large enough: the caller has made sure of it.
-template <class Form>
-void Flatten(const Record<Form>* pResource, HXBUF hXBuf, DWORD dwMask) {
-  LPVOID pCopy = nullptr;
-  utXBufCopyTo(hXBuf, UT_XBUF_FRONT, pResource, sizeof(Record<Form>), &pCopy);
-  auto flattened = TakeFields<Form>(pResource, dwMask);
-  MoveStringToBack<Form>(hXBuf, flattened.lpLocalName);
-  MoveStringToBack<Form>(hXBuf, flattened.lpRemoteName);
-  MoveStringToBack<Form>(hXBuf, flattened.lpComment);
-  MoveStringToBack<Form>(hXBuf, flattened.lpProvider);
-  WriteValue(pCopy, flattened);  // the copy may stand at an odd address
-}
-
-void utFlattenNETRESOURCE(const NETRESOURCEA* pResource, HXBUF hXBuf, DWORD dwMask) {
-  Flatten<ByteResource>(pResource, hXBuf, dwMask);
-}
-
-void utFlattenNETRESOURCEW(const NETRESOURCEW* pResource, HXBUF hXBuf, DWORD dwMask) {
-  Flatten<WideResource>(pResource, hXBuf, dwMask);
-}
-
-template <class Form>
-bool CopyToBuffer(const Record<Form>* pResource, LPVOID pBuffer, DWORD cbBuffer, DWORD dwMask,
-                  DWORD cbNeeded) {
-  if (cbNeeded > cbBuffer || pBuffer == nullptr || !IsSize(cbNeeded)) return false;
+template <class Text>
+bool CopyToBuffer(const TakenRecord<Text>& taken, LPVOID pBuffer, DWORD cbBuffer) {
+  if (pBuffer == nullptr || !taken.FitsInto(cbBuffer)) return false;
   const HXBUF hXBuf = utXBufCreate(cbBuffer, pBuffer);
   if (hXBuf == nullptr) return false;
-  Form::Flatten(pResource, hXBuf, dwMask);
+  Flatten<Text>(taken, *XBuf::FromHandle(hXBuf));
   utXBufDestroy(hXBuf);
   return true;
 }
 
-template <class Form>
-bool CopyToXBuf(const Record<Form>* pResource, HXBUF hXBuf, DWORD dwMask, DWORD cbNeeded) {
-  if (utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FREE) < cbNeeded || !IsSize(cbNeeded)) return false;
-  Form::Flatten(pResource, hXBuf, dwMask);
+template <class Text>
+bool CopyToXBuf(const TakenRecord<Text>& taken, HXBUF hXBuf) {
+  auto* pXBuf = XBuf::FromHandle(hXBuf);
+  if (pXBuf == nullptr || !taken.FitsInto(pXBuf->BlockSize(UT_XBUF_BLOCK_FREE))) return false;
+  Flatten<Text>(taken, *pXBuf);
   return true;
 }
 
-template <class Form>
-bool Copy(const Record<Form>* pResource, LPVOID pBuffer, DWORD cbBuffer, DWORD dwMask,
+template <class Text>
+bool Copy(const Record<Text>* pResource, LPVOID pBuffer, DWORD cbBuffer, DWORD dwMask,
           LPDWORD pcbNeeded) {
-  const DWORD cbNeeded = Size<Form>(pResource, dwMask);
-  const bool copied = CopyToBuffer<Form>(pResource, pBuffer, cbBuffer, dwMask, cbNeeded);
-  if (pcbNeeded != nullptr) *pcbNeeded = cbNeeded;
+  const TakenRecord<Text> taken(pResource, dwMask);
+  const bool copied = CopyToBuffer<Text>(taken, pBuffer, cbBuffer);
+  if (pcbNeeded != nullptr) *pcbNeeded = taken.cbNeeded;
   return copied;
 }
 
-template <class Form>
-bool CopyXBuffer(const Record<Form>* pResource, HXBUF hXBuf, DWORD dwMask, LPDWORD pcbNeeded) {
-  const DWORD cbNeeded = Size<Form>(pResource, dwMask);
-  const bool copied = CopyToXBuf<Form>(pResource, hXBuf, dwMask, cbNeeded);
-  if (pcbNeeded != nullptr) *pcbNeeded = cbNeeded;
+template <class Text>
+bool CopyXBuffer(const Record<Text>* pResource, HXBUF hXBuf, DWORD dwMask, LPDWORD pcbNeeded) {
+  const TakenRecord<Text> taken(pResource, dwMask);
+  const bool copied = CopyToXBuf<Text>(taken, hXBuf);
+  if (pcbNeeded != nullptr) *pcbNeeded = taken.cbNeeded;
   return copied;
 }
 
 }  // namespace
 }  // namespace tavkit
 
-using tavkit::ByteResource;
-using tavkit::WideResource;
+using tavkit::ByteText;
+using tavkit::TakenRecord;
+using tavkit::WideText;
 
 DWORD UT_API utSizeNETRESOURCE(const NETRESOURCEA* pResource, DWORD dwMask) {
-  return tavkit::Size<ByteResource>(pResource, dwMask);
+  return TakenRecord<ByteText>(pResource, dwMask).cbNeeded;
 }
 
 DWORD UT_API utSizeNETRESOURCEW(const NETRESOURCEW* pResource, DWORD dwMask) {
-  return tavkit::Size<WideResource>(pResource, dwMask);
+  return TakenRecord<WideText>(pResource, dwMask).cbNeeded;
 }
 
 DWORD UT_API utVarSizeNETRESOURCE(const NETRESOURCEA* pResource, DWORD dwMask) {
-  return tavkit::VarSize<ByteResource>(pResource, dwMask);
+  return TakenRecord<ByteText>(pResource, dwMask).cbVar;
 }
 
 DWORD UT_API utVarSizeNETRESOURCEW(const NETRESOURCEW* pResource, DWORD dwMask) {
-  return tavkit::VarSize<WideResource>(pResource, dwMask);
+  return TakenRecord<WideText>(pResource, dwMask).cbVar;
 }
 
 BOOL UT_API utCopyNETRESOURCE(const NETRESOURCEA* pResource, LPVOID pBuffer, DWORD cbBuffer,
                               DWORD dwMask, LPDWORD pcbNeeded) {
-  return tavkit::Copy<ByteResource>(pResource, pBuffer, cbBuffer, dwMask, pcbNeeded);
+  return tavkit::Copy<ByteText>(pResource, pBuffer, cbBuffer, dwMask, pcbNeeded);
 }
 
 BOOL UT_API utCopyNETRESOURCEW(const NETRESOURCEW* pResource, LPVOID pBuffer, DWORD cbBuffer,
                                DWORD dwMask, LPDWORD pcbNeeded) {
-  return tavkit::Copy<WideResource>(pResource, pBuffer, cbBuffer, dwMask, pcbNeeded);
+  return tavkit::Copy<WideText>(pResource, pBuffer, cbBuffer, dwMask, pcbNeeded);
 }
 
 BOOL UT_API utCopyNETRESOURCE_XBuffer(const NETRESOURCEA* pResource, HXBUF hXBuf, DWORD dwMask,
                                       LPDWORD pcbNeeded) {
-  return tavkit::CopyXBuffer<ByteResource>(pResource, hXBuf, dwMask, pcbNeeded);
+  return tavkit::CopyXBuffer<ByteText>(pResource, hXBuf, dwMask, pcbNeeded);
 }
 
 BOOL UT_API utCopyNETRESOURCEW_XBuffer(const NETRESOURCEW* pResource, HXBUF hXBuf, DWORD dwMask,
                                        LPDWORD pcbNeeded) {
-  return tavkit::CopyXBuffer<WideResource>(pResource, hXBuf, dwMask, pcbNeeded);
+  return tavkit::CopyXBuffer<WideText>(pResource, hXBuf, dwMask, pcbNeeded);
 }

@@ -1,10 +1,18 @@
 #include "xbuf/xbuf.h"
 
+#include <stddef.h>
 #include <win32.h>
 
 namespace tavkit {
 
 XBuf* XBuf::Allocate() {
+  // With pointers of 32 bits, eight fields of as many.
+  static_assert(sizeof(void*) != 4 ||
+                (offsetof(XBuf, dwSignature) == 0 && offsetof(XBuf, pBuffer) == 4 &&
+                 offsetof(XBuf, cbBuffer) == 8 && offsetof(XBuf, pFree) == 12 &&
+                 offsetof(XBuf, cbFree) == 16 && offsetof(XBuf, cbFront) == 20 &&
+                 offsetof(XBuf, cbBack) == 24 && offsetof(XBuf, fOwnsBuffer) == 28 &&
+                 sizeof(XBuf) == 32));
   auto* pXBuf = static_cast<XBuf*>(LocalAlloc(LMEM_ZEROINIT, sizeof(XBuf)));
   if (pXBuf != nullptr) pXBuf->dwSignature = UT_XBUF_SIGNATURE;
   return pXBuf;
@@ -28,8 +36,18 @@ void XBuf::Reset() {
 }
 
 void XBuf::ReleaseBuffer() {
-  if (fOwnsBuffer != 0) FreeBuffer(pBuffer);
+  if (fOwnsBuffer != 0 && pBuffer != nullptr) FreeBuffer(pBuffer);
   pBuffer = nullptr;
+}
+
+bool XBuf::Use(void* pNewBuffer, DWORD cbNewBuffer) {
+  Reset();
+  if (cbNewBuffer == 0) return false;
+  const bool owns = pNewBuffer == nullptr;
+  if (owns) pNewBuffer = AllocBuffer(cbNewBuffer);
+  if (pNewBuffer == nullptr) return false;
+  AttachBuffer(pNewBuffer, cbNewBuffer, owns);
+  return true;
 }
 
 void XBuf::AttachBuffer(void* pNewBuffer, DWORD cbNewBuffer, DWORD fOwns) {
@@ -39,27 +57,52 @@ void XBuf::AttachBuffer(void* pNewBuffer, DWORD cbNewBuffer, DWORD fOwns) {
   SetUsed(0, 0);
 }
 
-void XBuf::SetUsed(DWORD cbNewFront, DWORD cbNewBack) {
-  cbFront = cbNewFront;
-  cbBack = cbNewBack;
-  UpdateFree();
+void XBuf::SetOwner(DWORD dwOwner) {
+  if (pBuffer != nullptr) fOwnsBuffer = dwOwner;
 }
 
-void XBuf::UpdateFree() {
-  pFree = nullptr;
-  cbFree = 0;
-  if (cbBuffer == 0) return;
-  cbFree = cbBuffer - cbBack - cbFront;
-  if (cbFree != 0) pFree = pBuffer + cbFront;
+bool XBuf::TakeUsed(DWORD cbNewFront, DWORD cbNewBack) {
+  // Without a sum of the two, which could wrap.
+  if (cbNewFront > cbBuffer || cbNewBack > cbBuffer - cbNewFront) return false;
+  SetUsed(cbNewFront, cbNewBack);
+  return true;
 }
 
-BYTE* XBuf::FrontBlock() const { return cbFront != 0 ? pBuffer : nullptr; }
+void* XBuf::Block(WORD wBlock) const {
+  switch (wBlock) {
+    case UT_XBUF_BLOCK_BUFFER:
+      return pBuffer;
+    case UT_XBUF_BLOCK_FRONT:
+      return FrontBlock();
+    case UT_XBUF_BLOCK_BACK:
+      return BackBlock();
+    case UT_XBUF_BLOCK_FREE:
+      return pFree;
+    default:
+      return nullptr;
+  }
+}
 
-BYTE* XBuf::BackBlock() const { return cbBack != 0 ? pBuffer + (cbBuffer - cbBack) : nullptr; }
+DWORD XBuf::BlockSize(WORD wBlock) const {
+  switch (wBlock) {
+    case UT_XBUF_BLOCK_BUFFER:
+      return cbBuffer;
+    case UT_XBUF_BLOCK_FRONT:
+      return cbFront;
+    case UT_XBUF_BLOCK_BACK:
+      return cbBack;
+    case UT_XBUF_BLOCK_FREE:
+      return cbFree;
+    default:
+      return 0;
+  }
+}
 
 void* XBuf::AllocBuffer(DWORD cbNewBuffer) { return LocalAlloc(LMEM_ZEROINIT, cbNewBuffer); }
 
-void XBuf::FreeBuffer(void* pOldBuffer) { LocalFree(pOldBuffer); }
+void XBuf::FreeBuffer(void* pOldBuffer) {
+  if (pOldBuffer != nullptr) LocalFree(pOldBuffer);
+}
 
 void XBuf::Free() {
   dwSignature = 0;

@@ -1,4 +1,4 @@
-// The object behind an HXBUF. Between any two calls:
+// The object of an HXBUF. Between any two calls:
 //
 //   cbFront + cbBack + cbFree = cbBuffer
 //   pFree = pBuffer + cbFront, but NULL when cbFree is 0
@@ -6,7 +6,6 @@
 #ifndef TAVKIT_XBUF_XBUF_H
 #define TAVKIT_XBUF_XBUF_H
 
-#include <stddef.h>
 #include <tavkit/xbuf.h>
 
 #include "frame/memory.h"
@@ -15,15 +14,6 @@ namespace tavkit {
 
 class XBuf {
  public:
-  DWORD dwSignature;
-  BYTE* pBuffer;
-  DWORD cbBuffer;
-  BYTE* pFree;
-  DWORD cbFree;
-  DWORD cbFront;
-  DWORD cbBack;
-  DWORD fOwnsBuffer;
-
   // NULL if there is no memory. The object is zero but for its signature.
   static XBuf* Allocate();
   HXBUF GetHandle();
@@ -38,29 +28,68 @@ class XBuf {
     return hXBuf != nullptr && ReadValue<DWORD>(hXBuf) == UT_XBUF_SIGNATURE;
   }
 
-  // Lets go of the buffer; the object is empty then.
-  void Reset();
+  // Lets go of the buffer and takes another one, of the given address or allocated. False, and the
+  // object is empty, if there is none.
+  bool Use(void* pNewBuffer, DWORD cbNewBuffer);
+  void SetOwner(DWORD dwOwner);
+  void Free();
   void ReleaseBuffer();
 
+  // Takes a block of at least one byte off the free block. NULL, and nothing changes, if it is
+  // larger than that or there is no such side.
+  void* Reserve(WORD wSide, DWORD cbBlock);
+
+  // False, and nothing changes, if the two sizes don't fit the buffer.
+  bool TakeUsed(DWORD cbNewFront, DWORD cbNewBack);
+
+  DWORD Used() const { return cbFront + cbBack; }
+  void* Block(WORD wBlock) const;
+  DWORD BlockSize(WORD wBlock) const;
+
+ private:
+  void Reset();
   void AttachBuffer(void* pNewBuffer, DWORD cbNewBuffer, DWORD fOwns);
   void SetUsed(DWORD cbNewFront, DWORD cbNewBack);
   void UpdateFree();
 
-  BYTE* FrontBlock() const;
-  BYTE* BackBlock() const;
+  BYTE* FrontBlock() const { return cbFront != 0 ? pBuffer : nullptr; }
+  BYTE* BackBlock() const { return cbBack != 0 ? pBuffer + (cbBuffer - cbBack) : nullptr; }
 
   static void* AllocBuffer(DWORD cbNewBuffer);
   static void FreeBuffer(void* pOldBuffer);
-  void Free();
+
+  DWORD dwSignature;
+  BYTE* pBuffer;
+  DWORD cbBuffer;
+  BYTE* pFree;
+  DWORD cbFree;
+  DWORD cbFront;
+  DWORD cbBack;
+  DWORD fOwnsBuffer;
 };
 
-// The layout with the product's pointers: eight fields of 32 bits.
-static_assert(sizeof(void*) != 4 ||
-              (offsetof(XBuf, dwSignature) == 0 && offsetof(XBuf, pBuffer) == 4 &&
-               offsetof(XBuf, cbBuffer) == 8 && offsetof(XBuf, pFree) == 12 &&
-               offsetof(XBuf, cbFree) == 16 && offsetof(XBuf, cbFront) == 20 &&
-               offsetof(XBuf, cbBack) == 24 && offsetof(XBuf, fOwnsBuffer) == 28 &&
-               sizeof(XBuf) == 32));
+inline void XBuf::SetUsed(DWORD cbNewFront, DWORD cbNewBack) {
+  cbFront = cbNewFront;
+  cbBack = cbNewBack;
+  UpdateFree();
+}
+
+inline void XBuf::UpdateFree() {
+  // Without a buffer all sizes are 0.
+  cbFree = cbBuffer - cbBack - cbFront;
+  pFree = cbFree != 0 ? pBuffer + cbFront : nullptr;
+}
+
+inline void* XBuf::Reserve(WORD wSide, DWORD cbBlock) {
+  if (cbBlock > cbFree || wSide > UT_XBUF_BACK) return nullptr;
+  if (wSide == UT_XBUF_BACK) {
+    SetUsed(cbFront, cbBack + cbBlock);
+    return BackBlock();
+  }
+  void* const pBlock = pFree;
+  SetUsed(cbFront + cbBlock, cbBack);
+  return pBlock;
+}
 
 }  // namespace tavkit
 

@@ -5,6 +5,7 @@
 #include <host.h>
 #include <registry_file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -17,6 +18,18 @@ namespace {
 
 using namespace std::string_literals;
 namespace fs = std::filesystem;
+
+// What takes the place of write().
+ssize_t (*onWrite)(int file);
+
+}  // namespace
+
+extern "C" ssize_t __real_write(int file, const void* bytes, std::size_t count);
+extern "C" ssize_t __wrap_write(int file, const void* bytes, std::size_t count) {
+  return onWrite == nullptr ? __real_write(file, bytes, count) : onWrite(file);
+}
+
+namespace {
 
 class Registry : public testing::Test {
  protected:
@@ -209,17 +222,58 @@ PROPERTY(RegistryFile, HoldsAnyRegistry, 120) {
   }
 }
 
-// What is taken is the same after it was written, unless it can't be written.
-PROPERTY(RegistryFile, TakesOrRefusesAnyContent, 100) {
-  host::SetCodePage(choices.Of<unsigned>({1252, 932, 936}));
-  const auto head =
-      choices.Of<std::string>({"", "REGEDIT4\n", "REGEDIT4\n[HKEY_USERS]\n", "\xFF\xFE",
-                               "Windows Registry Editor Version 5.00\n[HKEY_USERS]\n"});
-  const auto content = head + choices.Rest();
-  Refusal([&] {
-    const auto registry = host::ParseRegistry(content);
-    EXPECT_EQ(*host::ParseRegistry(host::FormatRegistry(*registry)), *registry);
-  });
+// A number in one of the ways to write it.
+std::string AnyHex(test::Choices& choices, unsigned number) {
+  char digits[9];
+  std::snprintf(digits, sizeof digits, choices.Of<const char*>({"%x", "%X", "%02x"}), number);
+  return digits;
+}
+
+// The lines of a file, well formed in any way, with what they say beside them.
+PROPERTY(RegistryFile, TakesAnyWellFormedContent, 200) {
+  if (choices.Below(8) == 0) {
+    const auto head = choices.Of<std::string>(
+        {"", "REGEDIT4\n[HKEY_USERS]\n", "\xFF\xFE", "Windows Registry Editor Version 5.00\n"});
+    RefusalOf(head + choices.Rest());
+  }
+  const auto end = [&] { return choices.Of<std::string>({"\n", "\r\n", " \t\r\n"}); };
+  const auto blank = [&] { return choices.Of<std::string>({"", "", " ", "\t "}); };
+  const auto expected = host::NewRegistry();
+  std::shared_ptr<host::RegistryKey> key;
+  std::size_t made = 0;
+  auto content = "REGEDIT4" + end();
+  for (unsigned left = choices.Below(12); left > 0; --left) {
+    if (choices.Below(4) == 0) content += blank() + choices.Of<std::string>({"", "; [x]"}) + end();
+    if (key == nullptr || choices.Below(3) == 0) {
+      const auto path =
+          choices.Of<std::string>({"hkey_users", "HKEY_USERS\\a", "HKEY_users\\A\\]"});
+      key = host::FindKey(expected, path, &made);
+      content += blank() + "[" + path + "]" + end();
+    }
+    const auto name = choices.Of<std::string>({"", "n", "N\\\"", "\n"});
+    content +=
+        blank() + (name == "N\\\"" ? "\"N\\\\\\\"\"" : '"' + name + '"') + blank() + "=" + blank();
+    std::vector<unsigned char> data;
+    auto type = choices.Of<DWORD>({REG_SZ, REG_DWORD, REG_BINARY, 0xABCDEF});
+    if (type == REG_SZ) {
+      data = {'t', '\r', 0};
+      content += "\"t\r\"" + end();
+    } else if (type == REG_DWORD) {
+      data = {static_cast<unsigned char>(choices.Below(256)), 0, 0, 0};
+      content += "dword:" + AnyHex(choices, data[0]) + end();
+    } else {
+      content += type == REG_BINARY ? "hex:" : "hex(" + AnyHex(choices, type) + "):";
+      for (unsigned bytes = choices.Below(4); bytes > 0; --bytes) {
+        data.push_back(static_cast<unsigned char>(choices.Below(256)));
+        content += blank() + AnyHex(choices, data.back()) + (bytes > 1 ? "," : "");
+        if (bytes > 1 && choices.Below(2) != 0) content += "\\" + end();
+      }
+      content += end();
+    }
+    host::SetValue(*key, name, type, data);
+  }
+  if (key == nullptr) return;  // the version alone counts as cut
+  EXPECT_EQ(*host::ParseRegistry(content), *expected) << content;
 }
 
 TEST_F(Registry, RefusesACutFileAndNamesThatAreNoText) {
@@ -238,11 +292,25 @@ TEST_F(Registry, RefusesACutFileAndNamesThatAreNoText) {
   }
 }
 
-TEST_F(Registry, LivesInAFile) {
-  const auto folder = fs::temp_directory_path() / ("registry_test." + std::to_string(getpid()));
-  fs::create_directory(folder);
+class RegistryInAFile : public Registry {
+ protected:
+  void SetUp() override {
+    Registry::SetUp();
+    fs::create_directory(folder);
+  }
+  void TearDown() override {
+    onWrite = nullptr;
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
+    fs::remove_all(folder);
+  }
+
+  std::string Content() const { return (std::stringstream() << std::ifstream(path).rdbuf()).str(); }
+
+  const fs::path folder = fs::temp_directory_path() / ("registry_test." + std::to_string(getpid()));
   const std::string path = folder / "settings.reg";
-  const auto read = [&] { return (std::stringstream() << std::ifstream(path).rdbuf()).str(); };
+};
+
+TEST_F(RegistryInAFile, IsSavedAndLoaded) {
   const auto mode = [&] { return static_cast<int>(fs::status(path).permissions()); };
 
   host::RegistryFile file(path);
@@ -258,7 +326,7 @@ TEST_F(Registry, LivesInAFile) {
   file.Save();
   EXPECT_EQ(mode(), 0604);
   EXPECT_EQ(
-      read(),
+      Content(),
       "REGEDIT4\r\n; The last line is \"; End\".\r\n\r\n[HKEY_CLASSES_ROOT]\r\n\r\n"
       "[HKEY_CURRENT_USER]\r\n\r\n[HKEY_CURRENT_USER\\Soft]\r\n\"Runs\"=dword:00000002\r\n\r\n"
       "[HKEY_LOCAL_MACHINE]\r\n\r\n[HKEY_USERS]\r\n\r\n; End\r\n");
@@ -275,7 +343,7 @@ TEST_F(Registry, LivesInAFile) {
     std::ofstream(path) << content;
     EXPECT_EQ(Refusal([&] { host::RegistryFile(path.c_str()); }), line + path + reason);
     EXPECT_EQ(*host::CurrentRegistry(), *saved);
-    EXPECT_EQ(read(), content);
+    EXPECT_EQ(Content(), content);
   }
   // Written out to the end, these keys would take more memory than there is.
   const auto deepest = host::FindKey(saved, deep, &made_);
@@ -286,8 +354,53 @@ TEST_F(Registry, LivesInAFile) {
   fs::create_directory(path);
   EXPECT_THROW(host::RegistryFile(path.c_str()), host::RegistryFileError);
   EXPECT_THROW(file.Save(), host::RegistryFileError);
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
-  fs::remove_all(folder);
+}
+
+TEST_F(RegistryInAFile, SurvivesWhatComesInBetween) {
+  host::RegistryFile file(path);
+  onWrite = [](int) -> ssize_t { return 0; };
+  EXPECT_EQ(Refusal([&] { file.Save(); }), "0: " + path + ": can't be saved: Input/output error");
+  // A process is killed while it saves.
+  onWrite = [](int) -> ssize_t { _exit(0); };
+  const pid_t child = fork();
+  if (child == 0) file.Save();
+  waitpid(child, nullptr, 0);
+  onWrite = nullptr;
+  EXPECT_FALSE(fs::exists(path));
+  file.Save();
+  // Another process saves.
+  host::RegistryFile other(path);
+  host::FindKey(std::const_pointer_cast<host::RegistryKey>(host::CurrentRegistry()),
+                "HKEY_USERS\\Other", &made_);
+  other.Save();
+  const auto content = Content();
+  EXPECT_EQ(Refusal([&] { file.Save(); }),
+            "0: " + path + ": can't be saved: another process has changed it");
+  EXPECT_EQ(Content(), content);
+}
+
+TEST_F(RegistryInAFile, IsFoundInOddPlaces) {
+  // At the end of links, one of them to a file that isn't there yet.
+  const auto inner = folder / "inner";
+  fs::create_directory(inner);
+  const std::string longest = inner / std::string(255, 'n'), link = inner / "link";
+  fs::create_symlink(fs::path(longest).filename(), link);
+  host::RegistryFile file(link);
+  for (int i = 0; i < 2; ++i) {
+    file.Save();
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_NO_THROW(host::RegistryFile(longest.c_str()).Save());
+    // Only root can give a file away.
+    struct stat status;
+    if (chown(longest.c_str(), 1, 2) != 0) continue;
+    file.Save();
+    ASSERT_EQ(stat(longest.c_str(), &status), 0);
+    EXPECT_TRUE(status.st_uid == 1 && status.st_gid == 2);
+  }
+  const std::string pipe = inner / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(Refusal([&] { host::RegistryFile(pipe.c_str()); }),
+            "0: " + pipe + ": is no regular file");
 }
 
 }  // namespace

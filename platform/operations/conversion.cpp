@@ -1,0 +1,131 @@
+// Code-page conversion through iconv. The bytes of code page 1252 that stand for no character are
+// not valid here. If the target is too small, it is filled as far as it goes, without a terminator.
+#include "conversion.h"
+
+#include <iconv.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "codepage.h"
+#include "host.h"
+
+namespace host {
+namespace {
+
+// Converts all of a text; each unit that stops the conversion is replaced.
+template <class To, class From>
+std::basic_string<To> Convert(const Converter& converter, std::basic_string_view<From> text,
+                              Replacement& replacement) {
+  std::string_view left(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(From));
+  std::string bytes;
+  for (;;) {
+    left.remove_prefix(converter.Convert(left, bytes));
+    if (left.empty()) break;
+    for (const char unit : replacement.text) bytes.append({unit, 0}, 0, sizeof(To));
+    replacement.wasUsed = true;
+    left.remove_prefix(sizeof(From));
+  }
+  std::basic_string<To> result(bytes.size() / sizeof(To), To());
+  std::memcpy(result.data(), bytes.data(), bytes.size());
+  return result;
+}
+
+bool IsActive(UINT codePage) { return codePage == CP_ACP || codePage == CodePage(); }
+
+// The source of a conversion: `count` units, or with -1 a string and its terminator. It may stand
+// at an odd address.
+template <class Unit>
+std::basic_string<Unit> Take(const Unit* source, int count) {
+  std::basic_string<Unit> taken;
+  for (int i = 0; count == -1 || i < count; ++i) {
+    Unit unit;
+    std::memcpy(&unit, reinterpret_cast<const char*>(source) + i * static_cast<int>(sizeof unit),
+                sizeof unit);
+    taken.push_back(unit);
+    if (count == -1 && unit == 0) break;
+  }
+  return taken;
+}
+
+template <class Unit>
+int Give(const std::basic_string<Unit>& text, Unit* target, int count) {
+  const auto needed = static_cast<int>(text.size());
+  if (count == 0) return needed;
+  if (count < 0 || target == nullptr) return 0;
+  const auto stored = static_cast<std::size_t>(std::min(needed, count));
+  std::memcpy(reinterpret_cast<void*>(target), text.data(), stored * sizeof(Unit));
+  return needed <= count ? needed : 0;
+}
+
+}  // namespace
+
+Converter::Converter(const std::string& to, const std::string& from)
+    : handle_(iconv_open(to.c_str(), from.c_str())) {
+  if (handle_ != reinterpret_cast<iconv_t>(-1)) return;
+  std::fprintf(stderr, "iconv can't convert from %s to %s here\n", from.c_str(), to.c_str());
+  std::abort();
+}
+
+Converter::~Converter() { iconv_close(handle_); }
+
+std::size_t Converter::Convert(std::string_view text, std::string& result) const {
+  auto* from = const_cast<char*>(text.data());
+  std::size_t left = text.size();
+  bool isChunkFull = false;
+  do {
+    char chunk[1024];
+    char* to = chunk;
+    std::size_t capacity = sizeof chunk;
+    const bool stopped =
+        iconv(handle_, &from, &left, &to, &capacity) == static_cast<std::size_t>(-1);
+    isChunkFull = stopped && errno == E2BIG;
+    result.append(chunk, to);
+  } while (isChunkFull);
+  return text.size() - left;
+}
+
+std::u16string Widen(std::string_view text, const std::string& charset, Replacement& replacement) {
+  return Convert<char16_t>(Converter("UTF-16LE", charset), text, replacement);
+}
+
+std::string Narrow(std::u16string_view text, const std::string& charset, Replacement& replacement) {
+  return Convert<char>(Converter(charset, "UTF-16LE"), text, replacement);
+}
+
+std::string CharsetOf(unsigned codePage) { return "CP" + std::to_string(codePage); }
+
+}  // namespace host
+
+int UT_API MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteStr, int cbMultiByte,
+                               LPWSTR lpWideCharStr, int cchWideChar) {
+  if (host::Fails(__func__, CodePage, dwFlags, lpMultiByteStr, cbMultiByte, lpWideCharStr,
+                  cchWideChar)) {
+    return 0;
+  }
+  if (!host::IsActive(CodePage) || lpMultiByteStr == nullptr || cbMultiByte < -1) return 0;
+  host::Replacement replacement;
+  const auto wide = host::Widen(host::Take(lpMultiByteStr, cbMultiByte),
+                                host::CharsetOf(host::CodePage()), replacement);
+  if (replacement.wasUsed && (dwFlags & MB_ERR_INVALID_CHARS) != 0) return 0;
+  return host::Give(wide, lpWideCharStr, cchWideChar);
+}
+
+int UT_API WideCharToMultiByte(UINT CodePage, DWORD dwFlags, LPCWSTR lpWideCharStr, int cchWideChar,
+                               LPSTR lpMultiByteStr, int cbMultiByte, LPCSTR lpDefaultChar,
+                               BOOL* lpUsedDefaultChar) {
+  if (host::Fails(__func__, CodePage, dwFlags, lpWideCharStr, cchWideChar, lpMultiByteStr,
+                  cbMultiByte, lpDefaultChar, lpUsedDefaultChar)) {
+    return 0;
+  }
+  if (!host::IsActive(CodePage) || lpWideCharStr == nullptr || cchWideChar < -1) return 0;
+  host::Replacement replacement;
+  if (lpDefaultChar != nullptr) replacement.text = lpDefaultChar;
+  const auto bytes = host::Narrow(host::Take(lpWideCharStr, cchWideChar),
+                                  host::CharsetOf(host::CodePage()), replacement);
+  if (lpUsedDefaultChar != nullptr) *lpUsedDefaultChar = replacement.wasUsed;
+  return host::Give(bytes, lpMultiByteStr, cbMultiByte);
+}
