@@ -1,6 +1,8 @@
 // Prints the rows, tab-separated: family, operation, input, size, peer, goal, and in nanoseconds
 // our time, that of the platform's calls in it, the peer's called and inlined, and the noise.
 #include <codepage.h>
+#include <module.h>
+#include <operation_table.h>
 
 #include <algorithm>
 #include <chrono>
@@ -12,10 +14,6 @@
 #include "bench.h"
 #include "platform.h"
 
-#ifndef TAVKIT_NATIVE
-#include <module.h>
-#endif
-
 namespace bench {
 namespace {
 
@@ -25,16 +23,11 @@ std::regex wanted;
 bool checkOnly = false;
 PlatformCalls calls;
 
-// Fills in the addresses: of the DLL's exports by ordinal, or in a native build of the functions
-// linked into the program.
-void Connect([[maybe_unused]] const char* path) {
-#ifdef TAVKIT_NATIVE
-#define UT_ENTRY(ordinal, name, bytes) exports.name = &::name;
-#else
-  static const host::Module module(host::ReadFile(path));
+// Loads the DLL and fills in the addresses of its exports, by ordinal.
+void Connect(const char* path) {
+  static const host::Module module(host::ReadFile(path), host::FindPlatformOperation);
 #define UT_ENTRY(ordinal, name, bytes) \
   exports.name = reinterpret_cast<decltype(exports.name)>(module.Find(ordinal));
-#endif
 #include <exports.inc>
 #undef UT_ENTRY
 }
