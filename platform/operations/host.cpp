@@ -1,7 +1,6 @@
 #include "host.h"
 
 #include <cstring>
-#include <thread>
 #include <utility>
 
 #include "state.h"
@@ -54,14 +53,6 @@ std::vector<Call> TakeJournal() {
 void ShowCalls(std::function<void(const Call&)> look) {
   state->controls.observer = std::move(look);
   Watch();
-}
-
-void InterleaveThreads(bool on) {
-  if (on) {
-    ShowCalls([](const Call&) { std::this_thread::yield(); });
-  } else {
-    ShowCalls(nullptr);
-  }
 }
 
 void FailCall(unsigned n, DWORD code, const char* operation) {

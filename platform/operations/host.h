@@ -31,10 +31,6 @@ std::vector<Call> TakeJournal();
 // Has every call shown to `look` before it does its work, until the next Reset().
 void ShowCalls(std::function<void(const Call&)> look);
 
-// Whether a thread lets the others go on at every operation, so that what they share by mistake
-// shows. To be set while no other thread runs.
-void InterleaveThreads(bool on);
-
 // Lets the n-th call from here on fail (1 is the next one), counting those operations only that can
 // fail, or only `operation` if one is named. `code` is the error of an operation that returns one.
 void FailCall(unsigned n, DWORD code = 0, const char* operation = nullptr);

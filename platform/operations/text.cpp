@@ -51,7 +51,7 @@ unsigned TakeCharacter(LPCWSTR& psz, bool ignoreCase) {
   return ignoreCase ? UpperCase(unit) : unit;
 }
 
-// Only the sign of the result counts; the low 16 bits of it are zero at all times.
+// Only the sign of the result counts; its low 16 bits are zero at all times.
 template <class Pointer>
 int Compare(Pointer psz1, Pointer psz2, bool ignoreCase) {
   for (;;) {
