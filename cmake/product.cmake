@@ -42,12 +42,22 @@ set_target_properties(tavkit PROPERTIES PREFIX "" OUTPUT_NAME TAVKIT SUFFIX .DLL
 target_include_directories(tavkit PRIVATE include platform src)
 target_compile_definitions(tavkit PRIVATE TAVKIT_BUILDING TAVKIT_NO_WINDOWS_H)
 
+# What unnamed namespaces hold is named by a hash of the path that the compiler is given, so each source goes
+# by its path from the build's folder, which is the same for all.
+set(CMAKE_CXX_COMPILE_OBJECT "<CMAKE_CXX_COMPILER> <DEFINES> <INCLUDES> <FLAGS> -o <OBJECT> -c")
+foreach(source ${library_sources})
+  file(RELATIVE_PATH path ${PROJECT_BINARY_DIR} ${source})
+  set_property(SOURCE ${source} APPEND PROPERTY COMPILE_OPTIONS ${path})
+endforeach()
+file(RELATIVE_PATH to_project ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})
+
 # Paths below the project's folder are written relative to it, so that any folder gives the same bytes.
 target_compile_options(
   tavkit
-  PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${warnings};${freestanding};-ffreestanding;${machine_options};-msse2;-gcodeview;
+  PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${warnings};${freestanding};-ffreestanding;${machine_options};-msse2;-g;
+          -gcodeview;-gno-codeview-command-line;
           SHELL:-Xclang -cfguard;-mno-incremental-linker-compatible;-ffile-compilation-dir=.;
-          -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
+          -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=;-ffile-prefix-map=${to_project}=>)
 
 # A manifest comes from CMake's own rule for DLLs; the version block is the only resource.
 target_link_libraries(tavkit PRIVATE ${import_libraries} -Wl,/manifest:no)
@@ -69,17 +79,4 @@ target_link_options(
   "SHELL:-Xlinker /Brepro"
   "SHELL:-Xlinker /release")
 
-# What the package holds. The change notes and the reference are there once they have been written.
-include(CMakePackageConfigHelpers)
-write_basic_package_version_file(${generated}/tavkit-config-version.cmake
-                                 COMPATIBILITY SameMajorVersion)
-install(TARGETS tavkit RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
-install(FILES ${PROJECT_BINARY_DIR}/TAVKIT.pdb DESTINATION bin)
-install(DIRECTORY include DESTINATION .)
-install(FILES cmake/package/tavkit-config.cmake ${generated}/tavkit-config-version.cmake
-        DESTINATION lib/cmake/tavkit)
-install(DIRECTORY examples/consumer/ DESTINATION example)
-install(FILES cmake/windows-i386.cmake DESTINATION example)
-install(FILES docs/package/README.md DESTINATION .)
-install(FILES CHANGELOG.md LICENSE DESTINATION . OPTIONAL)
-install(DIRECTORY build/docs/html/ DESTINATION doc OPTIONAL)
+include(cmake/package/package.cmake)

@@ -1,6 +1,7 @@
 // Takes an inventory of network names, one a line in UTF-8. It trims each name, takes it apart and
 // puts it together again, gathers the servers in a list, flattens all names into one block, and
-// keeps its settings in a registry file. All of that work is done by the exports of the DLL.
+// keeps its settings in a registry file. All of that work is done by the exports of the DLL, on the
+// Linux platform layer.
 //
 // Usage: share_inventory FILE SETTINGS [DLL]
 #include <client.h>
@@ -9,6 +10,8 @@
 #include <registry_file.h>
 #include <sys/stat.h>
 #include <tavkit.h>
+#include <unistd.h>
+#include <win32.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -25,6 +28,7 @@ namespace {
 
 using example::FromUtf8;
 using example::Padded;
+using example::Shown;
 using example::ToUtf8;
 
 constexpr WORD kBlank = ' ';
@@ -70,10 +74,32 @@ struct Inventory {
   unsigned trimmed = 0, empty = 0;
 };
 
+// Tells on a terminal how far a long work has come, on a line that goes when it is done.
+class Progress {
+ public:
+  explicit Progress(const char* what) : what_(what) {}
+  ~Progress() {
+    if (isShown_) std::fputs("\r\033[K", stderr);
+  }
+
+  void Step() {
+    if (++count_ % 10'000 != 0 || !isatty(STDERR_FILENO)) return;
+    std::fprintf(stderr, "\r%s: %u", what_, count_);
+    isShown_ = true;
+  }
+
+ private:
+  const char* what_;
+  unsigned count_ = 0;
+  bool isShown_ = false;
+};
+
 Inventory ReadInventory(std::istream& file) {
   Inventory inventory;
+  Progress progress("lines read");
   unsigned number = 0;
   for (std::string line; std::getline(file, line);) {
+    progress.Step();
     if (++number == 1 && line.starts_with("\xEF\xBB\xBF")) line.erase(0, 3);
     if (line.ends_with('\r')) line.pop_back();
     auto name = FromUtf8(line);
@@ -105,31 +131,54 @@ void PrintNames(const Inventory& inventory) {
     const std::string complaint = Complaint(entry);
     std::printf("%4u  %5u  %s %s %s %s%s\n", entry.line, utStringSizeW(name.c_str(), 1),
                 Padded(name, 38).c_str(), Padded(entry.server, 10).c_str(),
-                Padded(entry.resource, 10).c_str(), ToUtf8(entry.path).c_str(),
+                Padded(entry.resource, 10).c_str(), Shown(entry.path).c_str(),
                 complaint.empty() ? "" : ("  (" + complaint + ")").c_str());
   }
   std::printf("\n%zu names; %u lines had blanks around them, %u were empty\n",
               inventory.entries.size(), inventory.trimmed, inventory.empty);
 }
 
-// The servers, gathered without regard to case and handed over as an array of pointers into the
-// list.
-void PrintServers(const std::vector<Entry>& entries) {
-  std::u16string list(2, u'\0');
-  for (const auto& entry : entries) list.resize(list.size() + entry.server.size() + 1);
-  list.resize(list.size() + 3);  // the smallest list is five bytes long
-  utInitMultiAsciiz(list.data(), SizeOf(list));
-  for (const auto& entry : entries) {
-    if (utScanMultiAsciizW(entry.server.c_str(), list.data(), 0) != nullptr) continue;
-    utAppendMultiAsciizW(entry.server.c_str(), list.data(), SizeOf(list));
-  }
+struct Server {
+  const std::u16string* name;  // as it came first
+  unsigned names = 0, shares = 0;
+};
 
-  std::map<LPCWSTR, std::pair<unsigned, unsigned>> tally;  // names and shares
+// The servers of the names in the order of their first ones, told apart without regard to case. A
+// search in the list for each name would take the square of the time, so they are sorted instead.
+std::vector<Server> Gather(const std::vector<Entry>& entries) {
+  std::vector<const Entry*> byServer;
   for (const auto& entry : entries) {
-    if (!(entry.parts & UT_UNC_SERVER)) continue;
-    auto& counts = tally[utScanMultiAsciizW(entry.server.c_str(), list.data(), 0)];
-    ++counts.first;
-    if (entry.parts & UT_UNC_RESOURCE) ++counts.second;
+    if (entry.parts & UT_UNC_SERVER) byServer.push_back(&entry);
+  }
+  std::sort(byServer.begin(), byServer.end(), [](const Entry* a, const Entry* b) {
+    const int order = lstrcmpiW(a->server.c_str(), b->server.c_str());
+    return order != 0 ? order < 0 : a < b;
+  });
+
+  std::map<const Entry*, Server> byFirst;
+  const Entry* first = nullptr;
+  for (const Entry* entry : byServer) {
+    if (first == nullptr || lstrcmpiW(first->server.c_str(), entry->server.c_str()) != 0) {
+      first = entry;
+    }
+    Server& server = byFirst.try_emplace(first, Server{&first->server}).first->second;
+    ++server.names;
+    if (entry->parts & UT_UNC_RESOURCE) ++server.shares;
+  }
+  std::vector<Server> servers;
+  for (const auto& [entry, server] : byFirst) servers.push_back(server);
+  return servers;
+}
+
+// The servers in one list, built in one pass and handed over as an array of pointers into it.
+void PrintServers(const std::vector<Entry>& entries) {
+  const auto gathered = Gather(entries);
+  std::u16string list(2, u'\0');
+  for (const auto& server : gathered) list.resize(list.size() + server.name->size() + 1);
+  WCHAR* cursor = list.data();
+  DWORD remaining = SizeOf(list);
+  for (const auto& server : gathered) {
+    utCopyNextAsciizW(server.name->c_str(), &cursor, &remaining);
   }
 
   std::vector<LPCWSTR> servers(utMultiAsciizStringCountW(list.data()) + 1);
@@ -137,10 +186,9 @@ void PrintServers(const std::vector<Entry>& entries) {
   utMultiAsciiz2ArrayW(list.data(), servers.data(),
                        static_cast<DWORD>(servers.size() * sizeof(LPCWSTR)), &count);
   std::printf("\n%u servers, in a list of %u bytes\n", count, utMultiAsciizSizeW(list.data(), 1));
-  for (LPCWSTR server : servers) {
-    if (server == nullptr) break;
-    std::printf("  %s %u names, %u of them with a share\n", Padded(server, 12).c_str(),
-                tally[server].first, tally[server].second);
+  for (DWORD i = 0; i < count && servers[i] != nullptr; ++i) {
+    std::printf("  %s %u names, %u of them with a share\n", Padded(servers[i], 12).c_str(),
+                gathered[i].names, gathered[i].shares);
   }
 }
 
@@ -160,7 +208,9 @@ DWORD PrintFlattened(std::vector<Entry>& entries) {
   }
 
   const HXBUF block = utXBufCreate(size, nullptr);
+  Progress progress("names flattened");
   for (const auto& record : records) {
+    progress.Step();
     if (!utCopyNETRESOURCEW_XBuffer(&record, block, UT_NR_ALL, nullptr)) break;
   }
   const auto* start = static_cast<const BYTE*>(utXBufGetBlock(block, UT_XBUF_BLOCK_BUFFER));
@@ -176,7 +226,7 @@ DWORD PrintFlattened(std::vector<Entry>& entries) {
   for (DWORD i = 0; i < count; ++i) {
     const auto* name = reinterpret_cast<const BYTE*>(flattened[i].lpRemoteName);
     std::printf("  line %2u at %4u: %s\n", flattened[i].dwUsage, static_cast<DWORD>(name - start),
-                ToUtf8(flattened[i].lpRemoteName).c_str());
+                Shown(flattened[i].lpRemoteName).c_str());
   }
 
   const DWORD head = std::min<DWORD>(front, 24);
@@ -191,7 +241,7 @@ DWORD PrintFlattened(std::vector<Entry>& entries) {
 // A text of the active code page.
 std::string FromCodePage(LPCSTR text) {
   std::u16string wide(utStringSize(text, 1), u'\0');
-  return ToUtf8(utA2WHelper(wide.data(), text, static_cast<INT>(wide.size())));
+  return Shown(utA2WHelper(wide.data(), text, static_cast<INT>(wide.size())));
 }
 
 FILETIME FileTimeOf(time_t seconds) {
@@ -220,8 +270,9 @@ void PrintTimes(const std::vector<Entry>& entries) {
     std::printf(
         "\n%s was changed on %s, %u %s %u, at %u:%02u%s (DOS date %04X, time %04X),\n"
         "day %u of the %u of that year\n",
-        path.c_str(), FromCodePage(day).c_str(), local.wDay, FromCodePage(month).c_str(),
-        local.wYear, to24 ? local.wHour : utHour24to12(local.wHour), local.wMinute,
+        Shown(entry.name).c_str(), FromCodePage(day).c_str(), local.wDay,
+        FromCodePage(month).c_str(), local.wYear, to24 ? local.wHour : utHour24to12(local.wHour),
+        local.wMinute,
         to24               ? ""
         : local.wHour < 12 ? " am"
                            : " pm",
@@ -242,8 +293,9 @@ void Greet() {
   utRegGetPrivateUserBinary(kSection, "BytesUsed", nullptr, reinterpret_cast<LPBYTE>(&used), &size,
                             kProduct);
   const bool wasClean = utRegGetPrivateUserBool(kSection, "AllInOrder", 0, kProduct) != 0;
-  std::printf("Run %u. The last one read %s, filled %u bytes and found %s.\n\n", runs + 1, file,
-              used, wasClean ? "every name in order" : "names to put in order");
+  std::printf("Run %u. The last one read %s, filled %u bytes and found %s.\n\n", runs + 1,
+              Shown(FromUtf8(file)).c_str(), used,
+              wasClean ? "every name in order" : "names to put in order");
 }
 
 bool StoreSettings(const char* file, const Inventory& inventory, DWORD used) {

@@ -42,9 +42,17 @@ inline std::string ToUtf8(std::u16string_view wide) {
   return text;
 }
 
+// The text as a terminal may have it: what steers one is replaced.
+inline std::string Shown(std::u16string text) {
+  for (char16_t& unit : text) {
+    if (unit < u' ' || (unit >= u'\x7F' && unit < u'\xA0')) unit = kReplacement;
+  }
+  return ToUtf8(text);
+}
+
 // The text, with blanks up to `width` characters: printf would count bytes.
-inline std::string Padded(std::u16string_view text, std::size_t width) {
-  return ToUtf8(text) + std::string(text.size() < width ? width - text.size() : 0, ' ');
+inline std::string Padded(const std::u16string& text, std::size_t width) {
+  return Shown(text) + std::string(text.size() < width ? width - text.size() : 0, ' ');
 }
 
 }  // namespace example

@@ -1,4 +1,24 @@
-# What the scripts share. To be sourced from the project's folder.
+# What the scripts share.
+
+# accept MOST "$@": for a script that takes up to MOST arguments and no option but --help, which prints the
+# comment at its top. Called before the script leaves the folder that it was started in.
+accept() {
+  local most=$1 argument; shift
+  for argument in "$@"; do
+    case $argument in
+      --help) awk 'NR > 1 {if (!sub(/^# ?/, "")) exit; print}' "$0"; exit 0 ;;
+      -*) refuse "there is no option \"$argument\"" ;;
+      "") refuse "an argument is empty" ;;
+    esac
+  done
+  [ "$#" -le "$most" ] || refuse "\"${*:most + 1:1}\" is an argument too many"
+}
+
+# refuse REASON: in one line.
+refuse() {
+  echo "${0##*/}: $1; script/${0##*/} --help tells what it takes" >&2
+  exit 2
+}
 
 # Shows progress on a terminal, and keeps all of it in a file.
 logged() {

@@ -1,0 +1,15 @@
+# Builds Windows programs with LLVM on any system, without an SDK and without a C runtime. PROCESSOR says for
+# which width: i686, or x86_64.
+set(PROCESSOR i686 CACHE STRING "i686 or x86_64")
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES PROCESSOR)
+
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR ${PROCESSOR})
+find_program(LLVM_CLANG NAMES clang clang-19 REQUIRED)
+find_program(LLVM_LINKER NAMES lld-link lld-link-19 REQUIRED)
+get_filename_component(LLVM_LINKER_NAME ${LLVM_LINKER} NAME)
+set(CMAKE_C_COMPILER ${LLVM_CLANG})
+set(CMAKE_C_COMPILER_TARGET ${PROCESSOR}-pc-windows-msvc)
+set(CMAKE_EXE_LINKER_FLAGS_INIT -fuse-ld=${LLVM_LINKER_NAME})
+set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
+set(CMAKE_C_STANDARD_LIBRARIES "")

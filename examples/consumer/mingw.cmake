@@ -1,0 +1,8 @@
+# Builds Windows programs with MinGW on another system. PROCESSOR says for which width: i686, or x86_64.
+set(PROCESSOR i686 CACHE STRING "i686 or x86_64")
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES PROCESSOR)
+
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR ${PROCESSOR})
+set(CMAKE_C_COMPILER ${PROCESSOR}-w64-mingw32-gcc)
+set(CMAKE_CXX_COMPILER ${PROCESSOR}-w64-mingw32-g++)
