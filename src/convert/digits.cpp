@@ -24,25 +24,25 @@ bool IsStrOf(LPCSTR pszText, LPSTR* ppszBad, IsInClass isInClass) {
 }  // namespace
 }  // namespace tavkit
 
-using tavkit::ByteText;
+using namespace tavkit;
 
 BOOL UT_API utIsStrDigit(LPCSTR pszText, LPSTR* ppszBad) {
-  return tavkit::IsStrOf(pszText, ppszBad, tavkit::IsDigit);
+  return IsStrOf(pszText, ppszBad, IsDigit);
 }
 
 BOOL UT_API utIsStrHexDigit(LPCSTR pszText, LPSTR* ppszBad) {
-  return tavkit::IsStrOf(pszText, ppszBad, tavkit::IsHexDigit);
+  return IsStrOf(pszText, ppszBad, IsHexDigit);
 }
 
-INT UT_API utHexCharValue(WORD wChar) { return static_cast<INT>(tavkit::HexCharValue(wChar)); }
+INT UT_API utHexCharValue(WORD wChar) { return static_cast<INT>(HexCharValue(wChar)); }
 
 INT UT_API utAtoI(LPCSTR pszText) {
-  while (tavkit::IsSpace(ByteText::Load(pszText))) ++pszText;
+  while (IsSpace(ByteText::Load(pszText))) ++pszText;
   const bool isNegative = *pszText == '-';
   if (isNegative || *pszText == '+') ++pszText;
   // Unsigned, so that a number too large wraps.
   DWORD value = 0;
-  for (; tavkit::IsDigit(ByteText::Load(pszText)); ++pszText) {
+  for (; IsDigit(ByteText::Load(pszText)); ++pszText) {
     value = 10 * value + (ByteText::Load(pszText) - DWORD{'0'});
   }
   return static_cast<INT>(isNegative ? 0 - value : value);
@@ -51,11 +51,11 @@ INT UT_API utAtoI(LPCSTR pszText) {
 DWORD UT_API utAtoX(LPCSTR pszText) {
   constexpr unsigned kMaxDigits = 2 * sizeof(DWORD);
   DWORD value = 0;
-  if (tavkit::IsNullOrEmpty<ByteText>(pszText)) return 0;
+  if (IsNullOrEmpty<ByteText>(pszText)) return 0;
 #pragma clang loop unroll(disable)
   for (unsigned taken = 0; taken < kMaxDigits; ++taken) {
-    const DWORD digit = tavkit::HexValue(ByteText::Load(pszText));
-    if (digit == tavkit::kNoDigit) break;
+    const DWORD digit = HexValue(ByteText::Load(pszText));
+    if (digit == kNoDigit) break;
     value = 16 * value + digit;
     ++pszText;  // a digit is a character of its own
   }

@@ -70,18 +70,20 @@ DWORD ValueOf(CHAR character) { return HexCharValue(static_cast<BYTE>(character)
 }  // namespace
 }  // namespace tavkit
 
+using namespace tavkit;
+
 void UT_API utHex2Ascii(LPSTR pszTarget, const BYTE* pbSource, DWORD cbSource) {
   if (pszTarget == nullptr || pbSource == nullptr) return;
-  for (; cbSource >= tavkit::kBlock; cbSource -= tavkit::kBlock) {
-    tavkit::WriteDigits(pszTarget, pbSource);
-    pbSource += tavkit::kBlock;
-    pszTarget += 2 * tavkit::kBlock;
+  for (; cbSource >= kBlock; cbSource -= kBlock) {
+    WriteDigits(pszTarget, pbSource);
+    pbSource += kBlock;
+    pszTarget += 2 * kBlock;
   }
-  if (cbSource >= tavkit::kHalf) {
-    tavkit::WriteHalf(pszTarget, pbSource);
-    pbSource += tavkit::kHalf;
-    pszTarget += 2 * tavkit::kHalf;
-    cbSource -= tavkit::kHalf;
+  if (cbSource >= kHalf) {
+    WriteHalf(pszTarget, pbSource);
+    pbSource += kHalf;
+    pszTarget += 2 * kHalf;
+    cbSource -= kHalf;
   }
 #pragma clang loop unroll(disable) vectorize(disable)
   for (; cbSource != 0; --cbSource) {
@@ -94,21 +96,20 @@ void UT_API utHex2Ascii(LPSTR pszTarget, const BYTE* pbSource, DWORD cbSource) {
 
 void UT_API utAscii2Hex(LPBYTE pbTarget, LPCSTR pszSource, DWORD cchSource) {
   if (pbTarget == nullptr || pszSource == nullptr) return;
-  for (; cchSource >= 2 * tavkit::kBlock; cchSource -= 2 * tavkit::kBlock) {
-    tavkit::ReadDigits(pbTarget, pszSource);
-    pszSource += 2 * tavkit::kBlock;
-    pbTarget += tavkit::kBlock;
+  for (; cchSource >= 2 * kBlock; cchSource -= 2 * kBlock) {
+    ReadDigits(pbTarget, pszSource);
+    pszSource += 2 * kBlock;
+    pbTarget += kBlock;
   }
-  if (cchSource >= 2 * tavkit::kHalf) {
-    tavkit::ReadHalf(pbTarget, pszSource);
-    pszSource += 2 * tavkit::kHalf;
-    pbTarget += tavkit::kHalf;
-    cchSource -= 2 * tavkit::kHalf;
+  if (cchSource >= 2 * kHalf) {
+    ReadHalf(pbTarget, pszSource);
+    pszSource += 2 * kHalf;
+    pbTarget += kHalf;
+    cchSource -= 2 * kHalf;
   }
 #pragma clang loop unroll(disable) vectorize(disable)
   for (; cchSource >= 2; cchSource -= 2, pszSource += 2) {
-    *pbTarget++ =
-        static_cast<BYTE>(tavkit::ValueOf(pszSource[0]) << 4 | tavkit::ValueOf(pszSource[1]));
+    *pbTarget++ = static_cast<BYTE>(ValueOf(pszSource[0]) << 4 | ValueOf(pszSource[1]));
   }
-  if (cchSource != 0) *pbTarget = static_cast<BYTE>(tavkit::ValueOf(*pszSource));
+  if (cchSource != 0) *pbTarget = static_cast<BYTE>(ValueOf(*pszSource));
 }

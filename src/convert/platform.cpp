@@ -5,9 +5,11 @@
 #include "frame/memory.h"
 #include "strings/text.h"
 
+using namespace tavkit;
+
 SHORT UT_API utIsWinNT(void) {
   OSVERSIONINFOA info;
-  tavkit::ZeroBytes(&info, sizeof info);
+  ZeroBytes(&info, sizeof info);
   info.dwOSVersionInfoSize = sizeof info;
   if (!GetVersionExA(&info)) return 0;
   if (info.dwPlatformId != VER_PLATFORM_WIN32_NT) return 0;
@@ -18,7 +20,7 @@ SHORT UT_API utIsWinNT(void) {
 
 LPWSTR UT_API utA2WHelper(LPWSTR pwszTarget, LPCSTR pszSource, INT cchTarget) {
   if (pszSource == nullptr) return nullptr;
-  tavkit::WideText::Store(pwszTarget, 0);
+  WideText::Store(pwszTarget, 0);
   MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED | MB_ERR_INVALID_CHARS, pszSource, -1, pwszTarget,
                       cchTarget);
   return pwszTarget;
@@ -26,7 +28,7 @@ LPWSTR UT_API utA2WHelper(LPWSTR pwszTarget, LPCSTR pszSource, INT cchTarget) {
 
 LPSTR UT_API utW2AHelper(LPSTR pszTarget, LPCWSTR pwszSource, INT cbTarget) {
   if (pwszSource == nullptr) return nullptr;
-  tavkit::ByteText::Store(pszTarget, 0);
+  ByteText::Store(pszTarget, 0);
   WideCharToMultiByte(CP_ACP, 0, pwszSource, -1, pszTarget, cbTarget, nullptr, nullptr);
   return pszTarget;
 }

@@ -15,21 +15,23 @@ bool IsDefault(INT idButton, DWORD idDefault) { return static_cast<DWORD>(idButt
 }  // namespace
 }  // namespace tavkit
 
+using namespace tavkit;
+
 DWORD UT_API utGetDlgDefButton(HWND hDlg) {
   const auto dwAnswer = static_cast<DWORD>(SendMessageA(hDlg, DM_GETDEFID, 0, 0));
   return dwAnswer >> 16 == DC_HASDEFID ? dwAnswer & 0xFFFF : 0;
 }
 
 void UT_API utSetDlgButtonAsDefault(HWND hDlg, INT idNew, INT idOld) {
-  if (idOld != 0) tavkit::SetButtonStyle(hDlg, idOld, BS_PUSHBUTTON);
+  if (idOld != 0) SetButtonStyle(hDlg, idOld, BS_PUSHBUTTON);
   SendMessageA(hDlg, DM_SETDEFID, static_cast<WPARAM>(idNew), 0);
-  tavkit::SetButtonStyle(hDlg, idNew, BS_DEFPUSHBUTTON);
+  SetButtonStyle(hDlg, idNew, BS_DEFPUSHBUTTON);
 }
 
 BOOL UT_API utDisableDlgDefButton(HWND hDlg, INT idButton, INT idFocus, INT idDefault) {
   const HWND hWndButton = GetDlgItem(hDlg, idButton);
   if (!IsWindowEnabled(hWndButton)) return 0;
-  if (idDefault != 0 && tavkit::IsDefault(idButton, utGetDlgDefButton(hDlg))) {
+  if (idDefault != 0 && IsDefault(idButton, utGetDlgDefButton(hDlg))) {
     utSetDlgButtonAsDefault(hDlg, idDefault, idButton);
   }
   // Posted, not sent: the dialog manager moves the focus when the control is already disabled.
@@ -45,7 +47,7 @@ void UT_API utEnableDlgDefButton(HWND hDlg, INT idButton, BOOL fMakeDefault) {
   if (!IsWindowEnabled(hWndButton)) EnableWindow(hWndButton, TRUE);
   if (fMakeDefault == 0) return;
   const DWORD idDefault = utGetDlgDefButton(hDlg);
-  if (!tavkit::IsDefault(idButton, idDefault)) {
+  if (!IsDefault(idButton, idDefault)) {
     utSetDlgButtonAsDefault(hDlg, idButton, static_cast<INT>(idDefault));
   }
 }
@@ -60,6 +62,6 @@ INT UT_API utWhichDlgButtonChecked(HWND hDlg, INT idFirst, INT idLast) {
 }
 
 INT UT_API utSetDlgItemStringRes(HWND hDlg, INT idItem, HINSTANCE hModule, UINT idString) {
-  const tavkit::StringResource text(hModule, idString);
+  const StringResource text(hModule, idString);
   return text.cchLoaded < 1 ? text.cchLoaded : SetDlgItemTextA(hDlg, idItem, text.szText);
 }

@@ -34,6 +34,8 @@ BOOL MoveDelta(BOOL(UT_API* getRect)(HWND, LPRECT), HWND hWnd, INT nDeltaX, INT 
 }  // namespace
 }  // namespace tavkit
 
+using namespace tavkit;
+
 BOOL UT_API utGetChildRect(HWND hWnd, LPRECT lpRect) {
   const BOOL isRead = GetWindowRect(hWnd, lpRect);
   if (isRead == 0) return 0;
@@ -45,26 +47,26 @@ BOOL UT_API utGetChildRect(HWND hWnd, LPRECT lpRect) {
 }
 
 BOOL UT_API utMoveWindowDelta(HWND hWnd, INT nDeltaX, INT nDeltaY) {
-  return tavkit::MoveDelta(GetWindowRect, hWnd, nDeltaX, nDeltaY);
+  return MoveDelta(GetWindowRect, hWnd, nDeltaX, nDeltaY);
 }
 
 BOOL UT_API utMoveChildDelta(HWND hWnd, INT nDeltaX, INT nDeltaY) {
-  return tavkit::MoveDelta(utGetChildRect, hWnd, nDeltaX, nDeltaY);
+  return MoveDelta(utGetChildRect, hWnd, nDeltaX, nDeltaY);
 }
 
 BOOL UT_API utSizeWindowDelta(HWND hWnd, INT nDeltaWidth, INT nDeltaHeight) {
   RECT rect;
   const BOOL isRead = GetWindowRect(hWnd, &rect);
   if (isRead != 0) {
-    const INT cx = tavkit::Difference(rect.right, rect.left);
-    const INT cy = tavkit::Difference(rect.bottom, rect.top);
-    SetWindowPos(hWnd, nullptr, 0, 0, tavkit::Add(cx, nDeltaWidth), tavkit::Add(cy, nDeltaHeight),
+    const INT cx = Difference(rect.right, rect.left);
+    const INT cy = Difference(rect.bottom, rect.top);
+    SetWindowPos(hWnd, nullptr, 0, 0, Add(cx, nDeltaWidth), Add(cy, nDeltaHeight),
                  SWP_NOMOVE | SWP_NOZORDER);
   }
   return isRead;
 }
 
 INT UT_API utSetWindowStringRes(HWND hWnd, HINSTANCE hModule, UINT idString) {
-  const tavkit::StringResource text(hModule, idString);
+  const StringResource text(hModule, idString);
   return text.cchLoaded < 1 ? text.cchLoaded : SetWindowTextA(hWnd, text.szText);
 }

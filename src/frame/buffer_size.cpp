@@ -1,9 +1,11 @@
 #include "frame/buffer_size.h"
 
+using namespace tavkit;
+
 BOOL UT_API utIsBuffer(LPCVOID pBuffer, DWORD cbBuffer, DWORD cbNeeded) {
-  return tavkit::IsBuffer(pBuffer, cbBuffer, cbNeeded);
+  return IsBuffer(pBuffer, cbBuffer, cbNeeded);
 }
 
 BOOL UT_API utIsBufferSize(DWORD cbBuffer, DWORD cbNeeded) {
-  return tavkit::IsBufferSize(cbBuffer, cbNeeded);
+  return IsBufferSize(cbBuffer, cbNeeded);
 }

@@ -42,11 +42,11 @@ DWORD TextLength(LPCSTR pszText, DWORD cbBuffer, DWORD cbFilled) {
 }  // namespace
 }  // namespace tavkit
 
-using tavkit::PrivatePath;
+using namespace tavkit;
 
 BOOL UT_API utRegPathBrindlexSoftware(LPSTR pszPath, DWORD cbPath, LPCSTR pszSection,
                                       LPCSTR pszProduct) {
-  return tavkit::JoinPrivatePath(pszPath, cbPath, pszSection, pszProduct);
+  return JoinPrivatePath(pszPath, cbPath, pszSection, pszProduct);
 }
 
 DWORD UT_API utRegOpenPrivateUserKey(LPCSTR pszSection, LPCSTR pszProduct, REGSAM samDesired,
@@ -83,9 +83,8 @@ DWORD UT_API utRegGetPrivateUserString(LPCSTR pszSection, LPCSTR pszValueName, L
   const PrivatePath path(pszSection, pszProduct);
   if (!path.Fits()) return 0;
   DWORD cbFilled;
-  tavkit::ReadString(HKEY_CURRENT_USER, path, pszValueName, pszDefault, pszBuffer, cbBuffer,
-                     &cbFilled);
-  return pszBuffer == nullptr ? 0 : tavkit::TextLength(pszBuffer, cbBuffer, cbFilled);
+  ReadString(HKEY_CURRENT_USER, path, pszValueName, pszDefault, pszBuffer, cbBuffer, &cbFilled);
+  return pszBuffer == nullptr ? 0 : TextLength(pszBuffer, cbBuffer, cbFilled);
 }
 
 DWORD UT_API utRegGetPrivateUserDword(LPCSTR pszSection, LPCSTR pszValueName, DWORD dwDefault,

@@ -72,11 +72,12 @@ DWORD ReadString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPCSTR pszDef
 
 }  // namespace tavkit
 
+using namespace tavkit;
+
 DWORD UT_API utRegGetValueString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName,
                                  LPCSTR pszDefault, LPSTR pszBuffer, DWORD cbBuffer) {
   DWORD cbFilled;
-  return tavkit::ReadString(hKey, pszSubKey, pszValueName, pszDefault, pszBuffer, cbBuffer,
-                            &cbFilled);
+  return ReadString(hKey, pszSubKey, pszValueName, pszDefault, pszBuffer, cbBuffer, &cbFilled);
 }
 
 DWORD UT_API utRegGetValueDword(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, DWORD dwDefault,
@@ -86,20 +87,20 @@ DWORD UT_API utRegGetValueDword(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName
   const DWORD code = utRegQueryValue(hKey, pszSubKey, pszValueName, &dwType, pdwValue, &cbData);
   if (code == ERROR_SUCCESS && dwType == REG_DWORD) return ERROR_SUCCESS;
   *pdwValue = dwDefault;
-  return tavkit::Refused(code);
+  return Refused(code);
 }
 
 DWORD UT_API utRegGetValueBool(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, BOOL fDefault,
                                BOOL* pfValue) {
-  tavkit::BoolData data;
+  BoolData data;
   DWORD dwType = 0;
   DWORD cbData = data.kSize;
   const DWORD code = utRegQueryValue(hKey, pszSubKey, pszValueName, &dwType, data.bytes, &cbData);
   *pfValue = fDefault;
-  if (code == ERROR_SUCCESS && tavkit::BoolFromData(dwType, data, cbData, pfValue)) {
+  if (code == ERROR_SUCCESS && BoolFromData(dwType, data, cbData, pfValue)) {
     return ERROR_SUCCESS;
   }
-  return tavkit::Refused(code);
+  return Refused(code);
 }
 
 DWORD UT_API utRegSetValueString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPCSTR pszText,

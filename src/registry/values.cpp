@@ -4,7 +4,7 @@
 
 #include "registry/opened_key.h"
 
-using tavkit::OpenedKey;
+using namespace tavkit;
 
 BOOL UT_API utRegVerifyKey(HKEY hKey, LPCSTR pszSubKey) {
   if (utIsNullOrEmptyString(pszSubKey)) return FALSE;

@@ -17,6 +17,8 @@ constexpr WORD kDaysInFront[2][kMonths + 2] = {
 }  // namespace
 }  // namespace tavkit
 
+using namespace tavkit;
+
 WORD UT_API utHour24to12(WORD wHour) {
   const WORD wRemainder = wHour % 12;
   return wRemainder == 0 ? 12 : wRemainder;
@@ -28,16 +30,16 @@ BOOL UT_API utIsLeapYear(WORD wYear) {
 }
 
 WORD UT_API utDaysInMonth(WORD wYear, WORD wMonth) {
-  if (wMonth < 1 || wMonth > tavkit::kMonths) return 0;
-  const bool hasLeapDay = wMonth == tavkit::kFebruary && utIsLeapYear(wYear);
-  return static_cast<WORD>(tavkit::kMonthLengths[wMonth - 1] + hasLeapDay);
+  if (wMonth < 1 || wMonth > kMonths) return 0;
+  const bool hasLeapDay = wMonth == kFebruary && utIsLeapYear(wYear);
+  return static_cast<WORD>(kMonthLengths[wMonth - 1] + hasLeapDay);
 }
 
 WORD UT_API utDaysInYear(WORD wYear) { return utIsLeapYear(wYear) ? 366 : 365; }
 
 WORD UT_API utDayOfYear(WORD wYear, WORD wMonth, WORD wDay) {
-  const WORD wEnd = wMonth <= tavkit::kMonths ? wMonth : tavkit::kMonths + 1;
-  return static_cast<WORD>(wDay + tavkit::kDaysInFront[utIsLeapYear(wYear)][wEnd]);
+  const WORD wEnd = wMonth <= kMonths ? wMonth : kMonths + 1;
+  return static_cast<WORD>(wDay + kDaysInFront[utIsLeapYear(wYear)][wEnd]);
 }
 
 // Zeller's congruence. It starts the year in March: January and February are the months 13 and 14

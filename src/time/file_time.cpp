@@ -3,25 +3,14 @@
 #include <tavkit/time.h>
 #include <win32.h>
 
+#include "frame/memory.h"
+
 namespace tavkit {
 namespace {
 
 static_assert(sizeof(FILETIME) == 8 && sizeof(SYSTEMTIME) == 16);
 
 constexpr DWORD kTicksPerMillisecond = 10'000;
-
-void Store(LPFILETIME pftTarget, DWORD low, DWORD high) {
-  pftTarget->dwLowDateTime = low;
-  pftTarget->dwHighDateTime = high;
-}
-
-uint64_t Load(const FILETIME* pftSource) {
-  return uint64_t{pftSource->dwHighDateTime} << 32 | pftSource->dwLowDateTime;
-}
-
-void Store(LPFILETIME pftTarget, uint64_t time) {
-  Store(pftTarget, static_cast<DWORD>(time), static_cast<DWORD>(time >> 32));
-}
 
 // Never above 2^46, so that a time can wrap once at most.
 uint64_t TicksOf(DWORD dwMilliseconds) { return uint64_t{dwMilliseconds} * kTicksPerMillisecond; }
@@ -32,19 +21,23 @@ BOOL Cross(Operation* operation, const FILETIME* pftSource, LPFILETIME pftTarget
   if (pftSource != pftTarget) return operation(pftSource, pftTarget);
   FILETIME ftCrossed;
   const BOOL result = operation(pftSource, &ftCrossed);
-  if (result) Store(pftTarget, ftCrossed.dwLowDateTime, ftCrossed.dwHighDateTime);
+  if (result) *pftTarget = ftCrossed;
   return result;
 }
 
 }  // namespace
 }  // namespace tavkit
 
+using namespace tavkit;
+
+// The low half of a time comes first, so that in memory the two are one number of 64 bits.
+
 BOOL UT_API utFileTimeAddMilliseconds(LPFILETIME pftTime, DWORD dwMilliseconds) {
   if (pftTime == nullptr) return FALSE;
   uint64_t after;
   const bool wrapped =
-      __builtin_add_overflow(tavkit::Load(pftTime), tavkit::TicksOf(dwMilliseconds), &after);
-  tavkit::Store(pftTime, after);
+      __builtin_add_overflow(ReadValue<uint64_t>(pftTime), TicksOf(dwMilliseconds), &after);
+  WriteValue(pftTime, after);
   return !wrapped;
 }
 
@@ -52,21 +45,19 @@ BOOL UT_API utFileTimeSubMilliseconds(LPFILETIME pftTime, DWORD dwMilliseconds) 
   if (pftTime == nullptr) return FALSE;
   uint64_t after;
   const bool wrapped =
-      __builtin_sub_overflow(tavkit::Load(pftTime), tavkit::TicksOf(dwMilliseconds), &after);
-  tavkit::Store(pftTime, after);
+      __builtin_sub_overflow(ReadValue<uint64_t>(pftTime), TicksOf(dwMilliseconds), &after);
+  WriteValue(pftTime, after);
   return !wrapped;
 }
 
 BOOL UT_API utConvertFileTime(const FILETIME* pftSource, LPFILETIME pftTarget, INT nMode) {
   switch (nMode) {
     case UT_TIME_LOCAL_TO_UTC:
-      return tavkit::Cross(LocalFileTimeToFileTime, pftSource, pftTarget);
+      return Cross(LocalFileTimeToFileTime, pftSource, pftTarget);
     case UT_TIME_UTC_TO_LOCAL:
-      return tavkit::Cross(FileTimeToLocalFileTime, pftSource, pftTarget);
+      return Cross(FileTimeToLocalFileTime, pftSource, pftTarget);
     default:
-      if (pftSource != pftTarget) {
-        tavkit::Store(pftTarget, pftSource->dwLowDateTime, pftSource->dwHighDateTime);
-      }
+      if (pftSource != pftTarget) *pftTarget = *pftSource;
       return TRUE;
   }
 }

@@ -14,19 +14,21 @@ bool AskName(LCTYPE fullName, LCTYPE abbreviatedName, INT nStyle, LPSTR pszBuffe
 }  // namespace
 }  // namespace tavkit
 
+using namespace tavkit;
+
 BOOL UT_API utDayOfWeekName(LPSTR pszBuffer, INT cchBuffer, WORD wDay, INT nStyle) {
   if (wDay >= 7) return FALSE;
   // The platform's week begins with Monday.
   const LCTYPE fromMonday = (wDay + 6u) % 7;
-  return tavkit::AskName(LOCALE_SDAYNAME1 + fromMonday, LOCALE_SABBREVDAYNAME1 + fromMonday, nStyle,
-                         pszBuffer, cchBuffer);
+  return AskName(LOCALE_SDAYNAME1 + fromMonday, LOCALE_SABBREVDAYNAME1 + fromMonday, nStyle,
+                 pszBuffer, cchBuffer);
 }
 
 BOOL UT_API utMonthName(LPSTR pszBuffer, INT cchBuffer, WORD wMonth, INT nStyle) {
   if (wMonth < 1 || wMonth > 12) return FALSE;
   const LCTYPE fromJanuary = wMonth - 1u;
-  return tavkit::AskName(LOCALE_SMONTHNAME1 + fromJanuary, LOCALE_SABBREVMONTHNAME1 + fromJanuary,
-                         nStyle, pszBuffer, cchBuffer);
+  return AskName(LOCALE_SMONTHNAME1 + fromJanuary, LOCALE_SABBREVMONTHNAME1 + fromJanuary, nStyle,
+                 pszBuffer, cchBuffer);
 }
 
 BOOL UT_API utTimeFormat(void) {

@@ -9,27 +9,24 @@ namespace tavkit {
 template <class Text>
 inline constexpr DWORD kUncPrefix = 2 * Text::kUnit;
 
-// The parts of a name to be built, measured once. A part may be empty or missing.
+// The parts of a name to be built, measured once: the server, unless it is missing or empty, then
+// the resource and the path, unless they are missing.
 template <class Text>
 struct MeasuredParts {
-  Stretch<Text> server, resource, path;
-  bool hasServer;  // as neither a missing nor an empty one is written
+  Stretch<Text> server, components[2];
 
   MeasuredParts(const Char<Text>* pszServer, const Char<Text>* pszResource,
                 const Char<Text>* pszPath)
-      : resource(BareText<Text>(pszResource)),
-        path(BareText<Text>(pszPath)),
-        hasServer(!IsNullOrEmpty<Text>(pszServer)) {
-    if (hasServer) server = BareText<Text>(pszServer);
+      : components{BareText<Text>(pszResource), BareText<Text>(pszPath)} {
+    if (!IsNullOrEmpty<Text>(pszServer)) server = BareText<Text>(pszServer);
   }
 };
 
 template <class Text>
 DWORD SizeUncName(const MeasuredParts<Text>& parts) {
-  DWORD size = parts.hasServer ? AddSizes(parts.server.cb, kUncPrefix<Text>) : 0;
-  const Stretch<Text>* const components[] = {&parts.resource, &parts.path};
-  for (const auto* pComponent : components) {
-    if (pComponent->psz != nullptr) size = AddSizes(size, AddSizes(pComponent->cb, Text::kUnit));
+  DWORD size = parts.server.psz == nullptr ? 0 : AddSizes(parts.server.cb, kUncPrefix<Text>);
+  for (const auto& part : parts.components) {
+    if (part.psz != nullptr) size = AddSizes(size, AddSizes(part.cb, Text::kUnit));
   }
   return size == 0 ? 0 : AddSizes(size, Text::kUnit);
 }
@@ -63,15 +60,14 @@ bool BuildUncName(Char<Text>* pszOut, DWORD cbOut, const Char<Text>* pszServer,
   Text::Store(pszOut, 0);
   const MeasuredParts<Text> parts(pszServer, pszResource, pszPath);
   if (!Fits(SizeUncName<Text>(parts), cbOut)) return false;
-  if (parts.hasServer) WriteServer<Text>(pszOut, kUncPrefix<Text>, parts.server);
+  if (parts.server.psz != nullptr) WriteServer<Text>(pszOut, kUncPrefix<Text>, parts.server);
   // A character that was the last one still begins where it did, so the next walk begins there.
   const Char<Text>* pszLast = pszOut;
-  const Stretch<Text>* const components[] = {&parts.resource, &parts.path};
-  for (const auto* pComponent : components) {
-    if (pComponent->psz == nullptr) continue;
+  for (const auto& part : parts.components) {
+    if (part.psz == nullptr) continue;
     const auto path = Text::FindTail(pszLast);
     pszLast = LastOf<Text>(path);
-    CopyToEnd<Text>(AppendSeparator<Text>(path), *pComponent);
+    CopyToEnd<Text>(AppendSeparator<Text>(path), part);
   }
   return true;
 }

@@ -122,9 +122,7 @@ bool CopyXBuffer(const Record<Text>* pResource, HXBUF hXBuf, DWORD dwMask, LPDWO
 }  // namespace
 }  // namespace tavkit
 
-using tavkit::ByteText;
-using tavkit::TakenRecord;
-using tavkit::WideText;
+using namespace tavkit;
 
 DWORD UT_API utSizeNETRESOURCE(const NETRESOURCEA* pResource, DWORD dwMask) {
   return TakenRecord<ByteText>(pResource, dwMask).cbNeeded;
@@ -144,20 +142,20 @@ DWORD UT_API utVarSizeNETRESOURCEW(const NETRESOURCEW* pResource, DWORD dwMask) 
 
 BOOL UT_API utCopyNETRESOURCE(const NETRESOURCEA* pResource, LPVOID pBuffer, DWORD cbBuffer,
                               DWORD dwMask, LPDWORD pcbNeeded) {
-  return tavkit::Copy<ByteText>(pResource, pBuffer, cbBuffer, dwMask, pcbNeeded);
+  return Copy<ByteText>(pResource, pBuffer, cbBuffer, dwMask, pcbNeeded);
 }
 
 BOOL UT_API utCopyNETRESOURCEW(const NETRESOURCEW* pResource, LPVOID pBuffer, DWORD cbBuffer,
                                DWORD dwMask, LPDWORD pcbNeeded) {
-  return tavkit::Copy<WideText>(pResource, pBuffer, cbBuffer, dwMask, pcbNeeded);
+  return Copy<WideText>(pResource, pBuffer, cbBuffer, dwMask, pcbNeeded);
 }
 
 BOOL UT_API utCopyNETRESOURCE_XBuffer(const NETRESOURCEA* pResource, HXBUF hXBuf, DWORD dwMask,
                                       LPDWORD pcbNeeded) {
-  return tavkit::CopyXBuffer<ByteText>(pResource, hXBuf, dwMask, pcbNeeded);
+  return CopyXBuffer<ByteText>(pResource, hXBuf, dwMask, pcbNeeded);
 }
 
 BOOL UT_API utCopyNETRESOURCEW_XBuffer(const NETRESOURCEW* pResource, HXBUF hXBuf, DWORD dwMask,
                                        LPDWORD pcbNeeded) {
-  return tavkit::CopyXBuffer<WideText>(pResource, hXBuf, dwMask, pcbNeeded);
+  return CopyXBuffer<WideText>(pResource, hXBuf, dwMask, pcbNeeded);
 }

@@ -69,33 +69,13 @@ bool XBuf::TakeUsed(DWORD cbNewFront, DWORD cbNewBack) {
 }
 
 void* XBuf::Block(WORD wBlock) const {
-  switch (wBlock) {
-    case UT_XBUF_BLOCK_BUFFER:
-      return pBuffer;
-    case UT_XBUF_BLOCK_FRONT:
-      return FrontBlock();
-    case UT_XBUF_BLOCK_BACK:
-      return BackBlock();
-    case UT_XBUF_BLOCK_FREE:
-      return pFree;
-    default:
-      return nullptr;
-  }
+  BYTE* const blocks[] = {pBuffer, FrontBlock(), BackBlock(), pFree};
+  return wBlock <= UT_XBUF_BLOCK_FREE ? blocks[wBlock] : nullptr;
 }
 
 DWORD XBuf::BlockSize(WORD wBlock) const {
-  switch (wBlock) {
-    case UT_XBUF_BLOCK_BUFFER:
-      return cbBuffer;
-    case UT_XBUF_BLOCK_FRONT:
-      return cbFront;
-    case UT_XBUF_BLOCK_BACK:
-      return cbBack;
-    case UT_XBUF_BLOCK_FREE:
-      return cbFree;
-    default:
-      return 0;
-  }
+  const DWORD sizes[] = {cbBuffer, cbFront, cbBack, cbFree};
+  return wBlock <= UT_XBUF_BLOCK_FREE ? sizes[wBlock] : 0;
 }
 
 void* XBuf::AllocBuffer(DWORD cbNewBuffer) { return LocalAlloc(LMEM_ZEROINIT, cbNewBuffer); }
