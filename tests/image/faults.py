@@ -471,11 +471,11 @@ NEWER = {
 
 @fault(INSTRUCTIONS, ", ".join(NEWER))
 def _(victim):
-    """Each in the place of an instruction that gives eax a number."""
+    """Each in the place of an instruction that gives eax, ecx or edx a number."""
     places = (
         instruction
         for instruction in victim.instructions("mov")
-        if victim.code_of(instruction)[0] == 0xB8 and instruction.operands[1].value < 0x10000
+        if victim.code_of(instruction)[0] in b"\xb8\xb9\xba" and instruction.operands[1].value < 0x10000
     )
     for code in NEWER.values():
         victim.write(next(places), bytes.fromhex(code))
