@@ -1,4 +1,5 @@
 // The calendar: a month with the user's names, checked dates, and the clock in both formats.
+// It runs on the Linux platform layer, which is told the user's choice of a format here.
 #include <user_locale.h>
 
 #include "example.h"

@@ -1,4 +1,5 @@
 // Numbers as text, bytes in hexadecimal and back, and text between code page and wide strings.
+// It runs on the Linux platform layer, whose code page is 1252 at the start.
 #include <string>
 #include <vector>
 

@@ -2,13 +2,34 @@
 #ifndef EXAMPLES_EXAMPLE_H
 #define EXAMPLES_EXAMPLE_H
 
-#include <client.h>
-#include <operation_table.h>
 #include <tavkit.h>
 
 #include <cstdio>
+#include <initializer_list>
+
+#if !defined(_WIN32)
+#include <client.h>
+#include <operation_table.h>
+#endif
+
+// A wide literal: the platform's wide character has its type on Windows alone.
+#if defined(_WIN32)
+#define EXAMPLE_WIDE(text) L##text
+#else
+#define EXAMPLE_WIDE(text) u##text
+#endif
 
 namespace example {
+
+#if defined(_WIN32)
+
+// Runs the body, in a program that is linked with tavkit.lib. The result is for main.
+inline int Run(int /*argc*/, char** /*argv*/, void (*body)()) {
+  body();
+  return 0;
+}
+
+#else
 
 // Connects the exports with the DLL that the program's argument names, or with the release, and
 // runs the body. The result is for main.
@@ -29,6 +50,8 @@ inline int Run(int argc, char** argv, void (*body)()) {
     return 1;
   }
 }
+
+#endif
 
 // Places are printed as bytes from a start, since addresses differ from run to run.
 inline unsigned Offset(const void* start, const void* place) {

@@ -1,4 +1,5 @@
 // File times: local time goes to UTC and back, in three forms, and is shifted.
+// It runs on the Linux platform layer, which is told the time zone here.
 #include <file_time.h>
 
 #include "example.h"

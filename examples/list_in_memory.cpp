@@ -24,7 +24,8 @@ void PrintByteList() {
 void PrintWideList() {
   WCHAR list[8];
   utInitMultiAsciiz(list, sizeof list);
-  for (LPCWSTR text : {u"ab", u"x"}) utAppendMultiAsciizW(text, list, sizeof list);
+  for (LPCWSTR text : {EXAMPLE_WIDE("ab"), EXAMPLE_WIDE("x")})
+    utAppendMultiAsciizW(text, list, sizeof list);
 
   std::printf("\nA list of the W form in a buffer of %zu bytes:\n\n", sizeof list);
   LPCWSTR member = list;

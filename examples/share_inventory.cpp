@@ -1,6 +1,7 @@
 // Takes an inventory of network names, one a line in UTF-8. It trims each name, takes it apart and
 // puts it together again, gathers the servers in a list, flattens all names into one block, and
-// keeps its settings in a registry file. All of that work is done by the exports of the DLL.
+// keeps its settings in a registry file. All of that work is done by the exports of the DLL, on the
+// Linux platform layer.
 //
 // Usage: share_inventory FILE SETTINGS [DLL]
 #include <client.h>

@@ -1,4 +1,5 @@
 // Characters and strings: a path is trimmed and parted, and its parts are copied into buffers.
+// It runs on the Linux platform layer, which is told the code page here.
 #include <codepage.h>
 
 #include <vector>

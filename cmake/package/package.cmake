@@ -42,6 +42,13 @@ install(FILES cmake/package/tavkit-config.cmake ${generated}/tavkit-config-versi
         DESTINATION lib/cmake/tavkit)
 install(DIRECTORY include DESTINATION .)
 install(DIRECTORY examples/consumer/ DESTINATION example)
+# Those worked examples that need no control of the platform below them.
+install(FILES cmake/package/worked/CMakeLists.txt examples/example.h examples/picture.h
+        DESTINATION example/worked)
+foreach(name list_in_memory lists network_records record_in_memory settings two_ended_buffer unc_names)
+  install(FILES examples/${name}.cpp DESTINATION example/worked)
+  install(FILES examples/expected/${name}.txt DESTINATION example/worked/expected)
+endforeach()
 install(FILES docs/package/README.md DESTINATION .)
 install(FILES CHANGELOG.md DESTINATION . OPTIONAL)
 install(DIRECTORY build/docs/html/ DESTINATION doc OPTIONAL)
