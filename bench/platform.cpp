@@ -40,7 +40,7 @@ BENCH_STAND_IN LPSTR UT_API __wrap_CharNextA(LPCSTR psz) {
   return __real_CharNextA(psz);
 }
 
-BENCH_STAND_IN HANDLE UT_API __wrap_LocalAlloc(UINT uFlags, DWORD cbBlock) {
+BENCH_STAND_IN HANDLE UT_API __wrap_LocalAlloc(UINT uFlags, SIZE_T cbBlock) {
   return uFlags & LMEM_ZEROINIT ? std::calloc(1, cbBlock) : std::malloc(cbBlock);
 }
 

@@ -4,6 +4,7 @@
 #   imports  the module-definition file of the system module `module` (tag: the module)
 #   stdcall_imports  the same, with the bytes of arguments in the names
 #   entries  lines UT_ENTRY(tag, name, bytes), for tables in code
+#   pairs    lines UT_PAIR(operation, name, wide name), for what drives both forms of an export
 # Every argument takes one four-byte slot of the 32-bit stack: none of them is wider.
 BEGIN {
   if (form ~ /def$/) print "LIBRARY TAVKIT.DLL\nEXPORTS"
@@ -25,4 +26,18 @@ function emit(text,   tag, name, bytes) {
   if (form == "imports" && tag == module) print "  " name
   if (form == "stdcall_imports" && tag == module) print "  " name "@" bytes
   if (form == "entries") print "UT_ENTRY(" tag ", " name ", " bytes ")"
+  names[++count] = name; isName[name] = 1
+}
+
+# The wide twin of an export: utNameW, utNameW_Suffix, or utNameWideString for utNameString.
+function twin(name,   wide) {
+  if (name "W" in isName) return name "W"
+  wide = name
+  return (sub(/_/, "W_", wide) || sub(/String/, "WideString", wide)) && wide in isName ? wide : ""
+}
+
+END {
+  for (i = 1; form == "pairs" && i <= count; ++i) {
+    if (twin(names[i])) print "UT_PAIR(" substr(names[i], 3) ", " names[i] ", " twin(names[i]) ")"
+  }
 }

@@ -16,7 +16,9 @@ generate_from(exports.inc UT_EXPORT entries FROM ${public_headers})
 generate_from(imports.inc UT_IMPORT entries FROM ${platform_header})
 generate_from(program_imports.inc UT_IMPORT entries
               FROM ${PROJECT_SOURCE_DIR}/platform/loader/program_operations.h)
+generate_from(pairs.inc UT_EXPORT pairs FROM ${public_headers})
 add_custom_target(tables DEPENDS ${generated}/exports.inc ${generated}/imports.inc
+                                 ${generated}/pairs.inc
                                  ${generated}/program_imports.inc)
 
 add_library(tavkit_headers INTERFACE)
@@ -72,7 +74,7 @@ target_precompile_headers(library_tests PRIVATE <gmock/gmock.h> <gtest/gtest.h> 
 if(TAVKIT_NATIVE)
   target_compile_definitions(library_tests PRIVATE TAVKIT_NATIVE)
 endif()
-if(TAVKIT_NATIVE AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+if(TAVKIT_NATIVE OR CMAKE_SIZEOF_VOID_P EQUAL 8)
   file(GLOB host_tests CONFIGURE_DEPENDS tests/host/*.cpp)
   add_executable(host_tests ${host_tests})
   target_link_libraries(host_tests PRIVATE host_platform gtest gmock gtest_main)
@@ -80,7 +82,8 @@ if(TAVKIT_NATIVE AND CMAKE_SIZEOF_VOID_P EQUAL 4)
   target_compile_options(host_tests PRIVATE ${warnings} -Wno-conversion ${quick})
   target_link_options(host_tests PRIVATE -Wl,--wrap=write)
   target_precompile_headers(host_tests REUSE_FROM library_tests)
-elseif(NOT TAVKIT_NATIVE)
+endif()
+if(NOT TAVKIT_NATIVE)
   add_executable(run_program platform/loader/run_program.cpp)
   target_link_libraries(run_program PRIVATE host_platform)
   target_compile_options(run_program PRIVATE ${warnings})

@@ -1,3 +1,3 @@
-# Builds the same programs at 64 bits, which no DLL can be loaded into: for the native builds alone.
+# Builds the same programs at 64 bits.
 set(CMAKE_C_COMPILER clang-19)
 set(CMAKE_CXX_COMPILER clang++-19)

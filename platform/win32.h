@@ -34,7 +34,8 @@ UT_IMPORT(KERNEL32) int UT_API lstrcmpiW(LPCWSTR psz1, LPCWSTR psz2);
 
 // Memory. LocalAlloc gives a fixed block, or NULL on failure; LMEM_ZEROINIT fills it with zeros.
 inline constexpr UINT LMEM_ZEROINIT = 0x40;
-UT_IMPORT(KERNEL32) HANDLE UT_API LocalAlloc(UINT uFlags, DWORD cbBlock);
+using SIZE_T = uintptr_t;
+UT_IMPORT(KERNEL32) HANDLE UT_API LocalAlloc(UINT uFlags, SIZE_T cbBlock);
 UT_IMPORT(KERNEL32) HANDLE UT_API LocalFree(HANDLE hBlock);
 
 // Windows. Rectangles and points are in pixels.

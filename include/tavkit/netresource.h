@@ -42,8 +42,8 @@
  *
  * @param pResource the record; NULL gives 0.
  * @param dwMask    the fields to take.
- * @return the bytes of the fixed record (32) and of the strings; 0xFFFFFFFF as for
- *         utVarSizeNETRESOURCE.
+ * @return the bytes of the fixed record (32, or 48 at 64 bits) and of the strings; 0xFFFFFFFF as
+ *         for utVarSizeNETRESOURCE.
  */
 UT_EXPORT(200) DWORD UT_API utSizeNETRESOURCE(const NETRESOURCEA* pResource, DWORD dwMask);
 /** Wide form of utSizeNETRESOURCE: two bytes for each character and terminator. */

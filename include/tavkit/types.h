@@ -4,6 +4,9 @@
  * Where <windows.h> can be included it gives the types. Elsewhere, or when TAVKIT_NO_WINDOWS_H is
  * defined before the first include, the declarations below stand in for it: the same names, widths
  * and layouts. WCHAR is a 16-bit unit in every case.
+ *
+ * Pointers and handles are as wide as the processor's addresses, and with them the NETRESOURCE
+ * records (32 bytes, or 48 at 64 bits) and arrays of pointers. All other widths are the same.
  */
 #ifndef TAVKIT_TYPES_H
 #define TAVKIT_TYPES_H
@@ -18,11 +21,16 @@
 #endif
 #endif
 
-/* UT_API is the calling convention of every export: stdcall, where the processor has one. */
+/*
+ * UT_API is the calling convention of every export: stdcall at 32 bits, and the one of 64-bit
+ * Windows there. Programs that run elsewhere and load the DLL call it by the same one.
+ */
 #if defined(_WIN32)
 #define UT_API __stdcall
 #elif defined(__i386__)
 #define UT_API __attribute__((__stdcall__))
+#elif defined(__x86_64__)
+#define UT_API __attribute__((__ms_abi__))
 #else
 #define UT_API
 #endif
@@ -144,10 +152,11 @@ typedef struct _NETRESOURCEW {
   LPWSTR lpProvider;
 } NETRESOURCEW, *LPNETRESOURCEW;
 
-#define HKEY_CLASSES_ROOT ((HKEY)(uintptr_t)0x80000000u)
-#define HKEY_CURRENT_USER ((HKEY)(uintptr_t)0x80000001u)
-#define HKEY_LOCAL_MACHINE ((HKEY)(uintptr_t)0x80000002u)
-#define HKEY_USERS ((HKEY)(uintptr_t)0x80000003u)
+/* The predefined keys are signed numbers: at 64 bits the upper half holds ones. */
+#define HKEY_CLASSES_ROOT ((HKEY)(intptr_t)(LONG)0x80000000u)
+#define HKEY_CURRENT_USER ((HKEY)(intptr_t)(LONG)0x80000001u)
+#define HKEY_LOCAL_MACHINE ((HKEY)(intptr_t)(LONG)0x80000002u)
+#define HKEY_USERS ((HKEY)(intptr_t)(LONG)0x80000003u)
 
 #define REG_NONE 0
 #define REG_SZ 1

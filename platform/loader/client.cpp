@@ -1,11 +1,18 @@
 #include "client.h"
 
+#if defined(__x86_64__)
+#define UT_JUMP_THROUGH(slot) "jmp *" slot "(%rip)\n"
+#else
+#define UT_JUMP_THROUGH(slot) "jmp *" slot "\n"
+#endif
+
 // A slot for each export, and under the export's name a jump through its slot. The jump leaves the
 // caller's arguments and return address where they are, so one thunk serves every signature.
-#define UT_ENTRY(ordinal, name, bytes) \
-  extern "C" void* slotOf_##name;      \
-  void* slotOf_##name;                 \
-  asm(".text\n.globl " #name "\n.type " #name ", @function\n" #name ":\njmp *slotOf_" #name "\n");
+#define UT_ENTRY(ordinal, name, bytes)                              \
+  extern "C" void* slotOf_##name;                                   \
+  void* slotOf_##name;                                              \
+  asm(".text\n.globl " #name "\n.type " #name ", @function\n" #name \
+      ":\n" UT_JUMP_THROUGH("slotOf_" #name));
 #include <exports.inc>
 #undef UT_ENTRY
 

@@ -56,10 +56,12 @@ void CopySections(const pe::View& file, const pe::Headers& headers, const Mappin
 
 void Relocate(const pe::Headers& headers, const Mapping& image) {
   const pe::View view = image.view();
-  const auto delta = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(image.data())) -
-                     headers.optional.imageBase;
+  const pe::Word delta = reinterpret_cast<pe::Word>(image.data()) - headers.optional.imageBase;
   const auto directory = headers.At(pe::kRelocations);
-  Require(directory.size != 0 || delta == 0, "the image has no relocations");
+  // A small 64-bit program may hold no address to adjust.
+  const bool isProgram = (headers.file.characteristics & pe::kIsDll) == 0;
+  Require(directory.size != 0 || delta == 0 || (pe::kIs64Bit && isProgram),
+          "the image has no relocations");
   view.Range(directory.rva, directory.size, "the relocation directory");
   for (std::uint32_t done = 0; done < directory.size;) {
     const std::uint32_t start = directory.rva + done;
@@ -71,11 +73,11 @@ void Relocate(const pe::Headers& headers, const Mapping& image) {
       const auto entry = view.At<std::uint16_t>(start + at, "a relocation");
       const unsigned type = entry >> 12;
       if (type == pe::kRelocationPadding) continue;
-      Require(type == pe::kRelocation32Bits, "a relocation has an unknown type");
+      Require(type == pe::kRelocationOfWord, "a relocation has an unknown type");
       const std::uint64_t target = std::uint64_t{block.page} + (entry & 0xFFF);
-      Require(target >= headers.optional.headersSize && target <= view.size() - 4,
+      Require(target >= headers.optional.headersSize && target <= view.size() - sizeof(pe::Word),
               "a relocation's target lies outside the image");
-      const auto value = view.At<std::uint32_t>(static_cast<std::size_t>(target), "") + delta;
+      const auto value = view.At<pe::Word>(static_cast<std::size_t>(target), "") + delta;
       std::memcpy(image.data() + target, &value, sizeof value);
     }
     done += block.size;

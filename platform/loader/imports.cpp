@@ -6,20 +6,20 @@
 namespace host {
 namespace {
 
-std::string NameOfImport(const pe::View& view, std::uint32_t lookup) {
+std::string NameOfImport(const pe::View& view, pe::Word lookup) {
   if (lookup & pe::kImportByOrdinal) return "#" + std::to_string(lookup & 0xFFFF);
-  return std::string(view.Text(std::size_t{lookup} + 2, "an import's name"));
+  return std::string(view.Text(lookup + 2, "an import's name"));
 }
 
 void BindModule(const pe::ImportDescriptor& descriptor, const pe::Headers& headers,
                 const Mapping& image, const ImportResolver& resolve) {
   const pe::View view = image.view();
   const std::string module(view.Text(descriptor.name, "an imported module's name"));
-  Require(descriptor.addressTable % 4 == 0, "an import address table is misaligned");
+  Require(descriptor.addressTable % sizeof(pe::Word) == 0, "an import address table is misaligned");
   const std::size_t lookups =
       descriptor.lookupTable != 0 ? descriptor.lookupTable : descriptor.addressTable;
-  for (std::size_t at = 0;; at += 4) {
-    const auto lookup = view.At<std::uint32_t>(lookups + at, "an import lookup table");
+  for (std::size_t at = 0;; at += sizeof(pe::Word)) {
+    const auto lookup = view.At<pe::Word>(lookups + at, "an import lookup table");
     Require(lookup != 0 || at != 0, "a module is imported without an operation");
     if (lookup == 0) return;
     const std::string name = NameOfImport(view, lookup);

@@ -33,6 +33,27 @@ unsigned ReadExports(const pe::View& view, const pe::Headers& headers,
   return table.ordinalBase;
 }
 
+// The functions whose frames the platform can tell stand in order, each with its data. There are
+// such tables at 64 bits alone.
+void CheckUnwindTable(const pe::View& view, const pe::Headers& headers) {
+  const auto directory = headers.At(pe::kExceptions);
+  Require(directory.size % sizeof(pe::RuntimeFunction) == 0, "the unwind table has a wrong size");
+  std::uint32_t last = 0;
+  for (std::size_t at = 0; at < directory.size; at += sizeof(pe::RuntimeFunction)) {
+    const auto function = view.At<pe::RuntimeFunction>(directory.rva + at, "the unwind table");
+    Require(last <= function.begin && function.begin < function.end,
+            "the unwind table is unsorted");
+    Require(pe::IsInCode(function.begin, headers) && pe::IsInCode(function.end - 1, headers),
+            "an unwind table's function lies outside the code");
+    last = function.end;
+    const auto info = view.At<pe::UnwindInfo>(function.unwindInfo, "an unwind record");
+    const std::size_t size = sizeof info + 2 * std::size_t{info.codeCount};
+    Require(pe::IsInData(function.unwindInfo, size, headers),
+            "an unwind record lies outside the data");
+    Require(info.versionAndFlags == 1, "an unwind record has an unknown version or a handler");
+  }
+}
+
 }  // namespace
 
 Module::Module(std::span<const unsigned char> bytes, const ImportResolver& resolve,
@@ -46,6 +67,7 @@ Module::Module(std::span<const unsigned char> bytes, const ImportResolver& resol
   CopySections(file, headers, image_);
   Relocate(headers, image_);
   BindImports(headers, image_, resolve);
+  if (pe::kIs64Bit) CheckUnwindTable(image_.view(), headers);
   ordinalBase_ = ReadExports(image_.view(), headers, functions_, names_);
   for (const auto& section : headers.sections) {
     const std::string name(section.name, strnlen(section.name, sizeof section.name));

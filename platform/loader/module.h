@@ -1,4 +1,4 @@
-// A loader for 32-bit Windows DLLs and programs in a 32-bit Linux process.
+// A loader for Windows DLLs and programs in a Linux process of their width, 32 or 64 bits.
 #ifndef PLATFORM_LOADER_MODULE_H
 #define PLATFORM_LOADER_MODULE_H
 

@@ -39,7 +39,8 @@ constexpr std::uint32_t kMaxImageSize = 64u << 20;
 bool IsPowerOfTwo(std::uint32_t value) { return value != 0 && (value & (value - 1)) == 0; }
 
 void CheckOptionalHeader(const OptionalHeader& header, std::size_t fileSize) {
-  Require(header.magic == kMagicPe32, "the optional header is not that of a PE32 image");
+  Require(header.magic == kMagic, kIs64Bit ? "the optional header is not that of a PE32+ image"
+                                           : "the optional header is not that of a PE32 image");
   Require(header.directoryCount == 16, "the number of data directories is not 16");
   Require(IsPowerOfTwo(header.sectionAlignment) && header.sectionAlignment >= kPage &&
               header.sectionAlignment <= kMaxImageSize,
@@ -69,7 +70,8 @@ void CheckSection(const SectionHeader& section, std::uint32_t lowestRva, const V
 }
 
 void CheckFileHeader(const FileHeader& header, ImageKind kind) {
-  Require(header.machine == kMachineI386, "the image is not for the i386");
+  Require(header.machine == kMachine, kIs64Bit ? "the image is not for 64-bit x86 processors"
+                                               : "the image is not for 32-bit x86 processors");
   const bool isLinked = (header.characteristics & kIsExecutable) != 0;
   const bool isDll = (header.characteristics & kIsDll) != 0;
   Require(kind != ImageKind::kDll || (isLinked && isDll), "the image is not a linked DLL");

@@ -1,4 +1,4 @@
-// The PE32 file format: the headers of a file, and its bytes, none of which is trusted.
+// The PE file format: the headers of a file, and its bytes, none of which is trusted.
 #ifndef PLATFORM_LOADER_PE_FILE_H
 #define PLATFORM_LOADER_PE_FILE_H
 

@@ -41,7 +41,7 @@ std::string HeapError() {
 
 }  // namespace host
 
-HANDLE UT_API LocalAlloc(UINT uFlags, DWORD cbBlock) {
+HANDLE UT_API LocalAlloc(UINT uFlags, SIZE_T cbBlock) {
   if (host::Fails(__func__, uFlags, cbBlock) || cbBlock > host::kMemory) return nullptr;
   void* block = std::malloc(cbBlock);
   if (block == nullptr) return nullptr;

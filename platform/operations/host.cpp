@@ -11,7 +11,7 @@ namespace {
 // The quick question of every operation, told apart from the state it follows from.
 void Watch() {
   const Controls& controls = state->controls;
-  detail::watching = controls.recording || controls.callsToFailure != 0;
+  detail::watching = controls.recording || controls.observer || controls.callsToFailure != 0;
 }
 
 }  // namespace
@@ -22,6 +22,7 @@ bool detail::watching;
 
 bool detail::Enter(const char* operation, std::vector<std::uintptr_t> arguments, bool canFail) {
   Controls& controls = state->controls;
+  if (controls.observer) controls.observer({operation, arguments});
   if (controls.recording) controls.journal.push_back({operation, std::move(arguments)});
   if (!canFail || controls.callsToFailure == 0) return false;
   const char* const failing = controls.failingOperation;
@@ -47,6 +48,11 @@ std::vector<Call> TakeJournal() {
   state->controls.recording = false;
   Watch();
   return std::exchange(state->controls.journal, {});
+}
+
+void ShowCalls(std::function<void(const Call&)> look) {
+  state->controls.observer = std::move(look);
+  Watch();
 }
 
 void FailCall(unsigned n, DWORD code, const char* operation) {

@@ -7,6 +7,7 @@
 #include <win32.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,9 @@ void Reset();
 // From here on every call is recorded, until TakeJournal() hands the record over.
 void StartJournal();
 std::vector<Call> TakeJournal();
+
+// Has every call shown to `look` before it does its work, until the next Reset().
+void ShowCalls(std::function<void(const Call&)> look);
 
 // Lets the n-th call from here on fail (1 is the next one), counting those operations only that can
 // fail, or only `operation` if one is named. `code` is the error of an operation that returns one.

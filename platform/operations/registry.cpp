@@ -19,19 +19,17 @@ constexpr DWORD kOpenedExistingKey = 2;
 
 using KeyPointer = std::shared_ptr<RegistryKey>;
 
-constexpr std::pair<const char*, std::uintptr_t> kPredefined[] = {
-    {"HKEY_CLASSES_ROOT", 0x80000000u},
-    {"HKEY_CURRENT_USER", 0x80000001u},
-    {"HKEY_LOCAL_MACHINE", 0x80000002u},
-    {"HKEY_USERS", 0x80000003u},
+const std::pair<const char*, HKEY> kPredefined[] = {
+    {"HKEY_CLASSES_ROOT", HKEY_CLASSES_ROOT},
+    {"HKEY_CURRENT_USER", HKEY_CURRENT_USER},
+    {"HKEY_LOCAL_MACHINE", HKEY_LOCAL_MACHINE},
+    {"HKEY_USERS", HKEY_USERS},
 };
 
 // What a handle stands for; without a key if it isn't one.
 OpenKey Resolve(const Registry& registry, HKEY hKey) {
-  for (const auto& [name, number] : kPredefined) {
-    if (reinterpret_cast<std::uintptr_t>(hKey) == number) {
-      return {registry.root->keys.at(name), KEY_ALL_ACCESS};
-    }
+  for (const auto& [name, key] : kPredefined) {
+    if (hKey == key) return {registry.root->keys.at(name), KEY_ALL_ACCESS};
   }
   const auto found = registry.handles.find(hKey);
   return found == registry.handles.end() ? OpenKey() : found->second;
@@ -144,7 +142,7 @@ bool operator==(const RegistryKey& one, const RegistryKey& other) {
 
 std::shared_ptr<RegistryKey> NewRegistry() {
   auto registry = std::make_shared<RegistryKey>();
-  for (const auto& [name, number] : kPredefined) AddKey(registry, name, name);
+  for (const auto& [name, key] : kPredefined) AddKey(registry, name, name);
   return registry;
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -20,6 +21,7 @@ namespace host {
 struct Controls {
   bool recording = false;
   std::vector<Call> journal;
+  std::function<void(const Call&)> observer;
   unsigned callsToFailure = 0;  // 0: no failure is planned
   const char* failingOperation = nullptr;
   DWORD failureCode = 0;

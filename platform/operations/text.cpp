@@ -48,12 +48,13 @@ unsigned TakeCharacter(LPCWSTR& psz, bool ignoreCase) {
   return ignoreCase ? UpperCase(unit) : unit;
 }
 
+// Only the sign of the result counts; its low 16 bits are zero at all times.
 template <class Pointer>
 int Compare(Pointer psz1, Pointer psz2, bool ignoreCase) {
   for (;;) {
     const unsigned c1 = TakeCharacter(psz1, ignoreCase);
     const unsigned c2 = TakeCharacter(psz2, ignoreCase);
-    if (c1 != c2) return c1 < c2 ? -1 : 1;
+    if (c1 != c2) return c1 < c2 ? -0x10000 : 0x10000;
     if (c1 == 0) return 0;
   }
 }
@@ -73,7 +74,8 @@ std::string FoldName(std::string_view name) {
 }  // namespace host
 
 int UT_API lstrlenA(LPCSTR psz) {
-  if (host::Fails(__func__, psz) || psz == nullptr) return 0;
+  if (host::Fails(__func__, psz)) return static_cast<int>(host::FailureCode());
+  if (psz == nullptr) return 0;
   return static_cast<int>(std::strlen(psz));
 }
 
@@ -96,8 +98,9 @@ int UT_API lstrcmpA(LPCSTR psz1, LPCSTR psz2) {
   return host::Compare(psz1, psz2, false);
 }
 
+// A planned failure gives the failure's code as the result.
 int UT_API lstrcmpiA(LPCSTR psz1, LPCSTR psz2) {
-  host::Enter(__func__, psz1, psz2);
+  if (host::Fails(__func__, psz1, psz2)) return static_cast<int>(host::FailureCode());
   return host::Compare(psz1, psz2, true);
 }
 

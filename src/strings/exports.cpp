@@ -11,15 +11,16 @@ template WCHAR* tavkit::SkipLeadChar<WideText>(const WCHAR*, WORD);
 template bool tavkit::CopyMakeAsciiz<ByteText>(const void*, DWORD, CHAR*, DWORD);
 template bool tavkit::CopyMakeAsciiz<WideText>(const void*, DWORD, WCHAR*, DWORD);
 
-void WideText::Copy(Char* pszDest, const Char* pszSource) {
+bool WideText::Copy(Char* pszDest, const Char* pszSource) {
   const Char* pszEnd = FindEnd<WideText>(pszSource);
   MoveBytes(pszDest, pszSource, ByteDistance(pszSource, pszEnd) + kUnit);
+  return true;
 }
 
 Tail<CHAR> ByteText::FindTail(const Char* psz) {
   Tail<Char> tail = {const_cast<Char*>(psz), nullptr};
   for (;;) {
-    tail.pszEnd = reinterpret_cast<Char*>(ScanBlocks(tail.pszStart, PerhapsLeadByte()));
+    tail.pszEnd = reinterpret_cast<Char*>(FirstStop(tail.pszStart, PerhapsLeadByte()));
     if (*tail.pszEnd == 0) return tail;
     tail.pszPrevious = tail.pszEnd;
     tail.pszStart = Next(tail.pszEnd);

@@ -50,6 +50,19 @@ struct PerhapsLeadByte {
   }
 };
 
+// A block that holds stops, with the movemask of these.
+struct Hit {
+  uintptr_t block;
+  DWORD stops;
+
+  uintptr_t First() const { return block + LowestBit(stops); }
+};
+
+template <class Stops>
+Hit LookAt(uintptr_t block, const Stops& stops) {
+  return {block, Movemask(stops.Lanes(LoadBlock(block)))};
+}
+
 inline constexpr DWORD kStride = 4 * kBlock;
 
 template <class Stops>
@@ -61,26 +74,37 @@ bool HasStop(uintptr_t stride, const Stops& stops) {
   return Movemask(_mm_or_si128(low, high)) != 0;
 }
 
-// The next block that may hold a stop, after one that holds none.
+// The next block with a stop after one with none that counts.
 template <class Stops>
-uintptr_t NextBlock(uintptr_t block, const Stops& stops) {
-  block += kBlock;
-  if (block % kStride == 0) {
-    while (!HasStop(block, stops)) block += kStride;
+Hit ScanAfter(uintptr_t block, const Stops& stops) {
+  // Most texts are short: three blocks are looked at one by one.
+  for (const uintptr_t end = block + 3 * kBlock; block != end;) {
+    block += kBlock;
+    const Hit hit = LookAt(block, stops);
+    if (hit.stops != 0) return hit;
   }
-  return block;
+  // The stride that the next block lies in; the blocks that precede it there hold no stop.
+  uintptr_t stride = (block + kBlock) & ~uintptr_t{kStride - 1};
+  while (!HasStop(stride, stops)) stride += kStride;
+  Hit hit = LookAt(stride, stops);
+  while (hit.stops == 0) hit = LookAt(hit.block + kBlock, stops);
+  return hit;
 }
 
-// The address of the first stop.
+// The first block with a stop from an address on.
 template <class Stops>
-uintptr_t ScanBlocks(const void* p, const Stops& stops) {
-  uintptr_t block = BlockOf(p);
-  DWORD found = Movemask(stops.Lanes(LoadBlock(block))) & BitsFrom(p);
-  while (found == 0) {
-    block = NextBlock(block, stops);
-    found = Movemask(stops.Lanes(LoadBlock(block)));
-  }
-  return block + LowestBit(found);
+Hit ScanFrom(const void* p, const Stops& stops) {
+  Hit hit = LookAt(BlockOf(p), stops);
+  hit.stops &= BitsFrom(p);
+  return hit.stops != 0 ? hit : ScanAfter(hit.block, stops);
+}
+
+// The address of the first stop. One in the first block is counted from the address itself.
+template <class Stops>
+uintptr_t FirstStop(const void* p, const Stops& stops) {
+  const Hit hit = LookAt(BlockOf(p), stops);
+  const DWORD near = hit.stops >> OffsetInBlock(p);
+  return near != 0 ? AddressOf(p) + LowestBit(near) : ScanAfter(hit.block, stops).First();
 }
 
 // The units of a text at an odd address are cut by the blocks; bytes never are.
@@ -91,7 +115,7 @@ bool IsCut(const Char<Text>* psz) {
 
 template <class Text, class Stops>
 Char<Text>* Scan(const Char<Text>* psz, const Stops& stops) {
-  if (!IsCut<Text>(psz)) return reinterpret_cast<Char<Text>*>(ScanBlocks(psz, stops));
+  if (!IsCut<Text>(psz)) return reinterpret_cast<Char<Text>*>(FirstStop(psz, stops));
   while (!stops.Is(Text::Load(psz))) ++psz;
   return const_cast<Char<Text>*>(psz);
 }
@@ -108,27 +132,18 @@ Char<Text>* FindChar(const Char<Text>* psz, WORD wChar) {
   return Text::Load(pszStop) == wSought ? pszStop : nullptr;
 }
 
-// The bits of a block up to its terminator, whose lowest bit is given; all without one.
-inline DWORD BitsUpTo(DWORD ends) { return ends ^ (ends - 1); }
-
 template <class Text>
 Char<Text>* FindLastInBlocks(const Char<Text>* psz, WORD wSought) {
   const UnitOrTerminator<Text> stops(wSought);
-  uintptr_t block = BlockOf(psz), found = 0;
-  DWORD matches = 0;
-  for (DWORD text = BitsFrom(psz);; text = kBlockBits) {
-    const __m128i units = LoadBlock(block);
-    const DWORD ends = Movemask(Terminator<Text>::Lanes(units)) & text;
-    const DWORD here = Movemask(Text::EqualLanes(units, stops.unit)) & text & BitsUpTo(ends);
-    if (here != 0) {
-      found = block;
-      matches = here;
-    }
-    if (ends != 0) break;
-    block = NextBlock(block, stops);
+  uintptr_t found = 0;
+  for (Hit hit = ScanFrom(psz, stops);; hit = ScanAfter(hit.block, stops)) {
+    const __m128i units = LoadBlock(hit.block);
+    const DWORD ends = Movemask(Terminator<Text>::Lanes(units)) & hit.stops;
+    const DWORD upToEnd = ends ^ (ends - 1);  // all bits where there is no end
+    const DWORD matches = Movemask(Text::EqualLanes(units, stops.unit)) & hit.stops & upToEnd;
+    if (matches != 0) found = hit.block + (HighestBit(matches) & ~(Text::kUnit - 1));
+    if (ends != 0) return reinterpret_cast<Char<Text>*>(found);
   }
-  if (matches == 0) return nullptr;
-  return reinterpret_cast<Char<Text>*>(found + (HighestBit(matches) & ~(Text::kUnit - 1)));
 }
 
 // The last match, the terminator included; NULL if there is none.
@@ -146,6 +161,7 @@ Char<Text>* FindRevChar(const Char<Text>* psz, WORD wChar) {
 // Where the run of a unit begins that ends at pszEnd, not below pszStart.
 template <class Text>
 Char<Text>* FindRunStart(Char<Text>* pszStart, Char<Text>* pszEnd, WORD wUnit) {
+  if (pszStart == pszEnd || Text::Load(pszEnd - 1) != wUnit) return pszEnd;
   if (IsCut<Text>(pszEnd)) {
     while (pszEnd != pszStart && Text::Load(pszEnd - 1) == wUnit) --pszEnd;
     return pszEnd;

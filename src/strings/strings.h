@@ -45,7 +45,9 @@ Char<Text>* TruncateAtChar(Char<Text>* psz, WORD wChar) {
 
 template <class Text>
 Char<Text>* SkipLeadChar(const Char<Text>* psz, WORD wChar) {
-  if (psz == nullptr || !Text::CanMatch(wChar)) return const_cast<Char<Text>*>(psz);
+  if (psz == nullptr || Text::Load(psz) != wChar || !Text::CanMatch(wChar)) {
+    return const_cast<Char<Text>*>(psz);
+  }
   return Scan<Text>(psz, OtherUnit<Text>(wChar));
 }
 
@@ -61,31 +63,21 @@ DWORD StringSize(const Char<Text>* psz, bool withTerminator) {
   return AddSizes(Text::Length(psz), withTerminator ? Text::kUnit : 0);
 }
 
-template <class Text>
-bool TrimLead(Char<Text>* psz, WORD wChar) {
-  const auto* pszRest = SkipLeadChar<Text>(psz, wChar);
-  if (pszRest == psz) return false;
-  Text::Copy(psz, pszRest);
-  return true;
-}
-
-template <class Text>
-bool TrimTrail(Char<Text>* psz, WORD wChar) {
-  if (!Text::CanMatch(wChar)) return false;
-  const auto tail = Text::FindTail(psz);
-  auto* pszRun = FindRunStart<Text>(tail.pszStart, tail.pszEnd, wChar);
-  if (pszRun == tail.pszEnd) return false;
-  Text::Store(pszRun, 0);
-  return true;
-}
-
+// Both ends are found before the text is moved, so that it is walked once. What the platform fails
+// to move stays as it is.
 template <class Text>
 bool TrimChar(Char<Text>* psz, WORD wChar, WORD wFlags) {
-  bool trimmed = false;
-  if (psz == nullptr) return false;
-  if (wFlags & UT_TRIM_LEADING) trimmed |= TrimLead<Text>(psz, wChar);
-  if (wFlags & UT_TRIM_TRAILING) trimmed |= TrimTrail<Text>(psz, wChar);
-  return trimmed;
+  if (psz == nullptr || !Text::CanMatch(wChar)) return false;
+  auto* pszRest = wFlags & UT_TRIM_LEADING ? SkipLeadChar<Text>(psz, wChar) : psz;
+  Char<Text>* pszRun = nullptr;
+  if (wFlags & UT_TRIM_TRAILING) {
+    const auto tail = Text::FindTail(pszRest);
+    pszRun = FindRunStart<Text>(tail.pszStart, tail.pszEnd, wChar);
+    if (pszRun == tail.pszEnd) pszRun = nullptr;
+  }
+  if (pszRest != psz && !Text::Copy(psz, pszRest)) return true;
+  if (pszRun != nullptr) Text::Store(pszRun - (pszRest - psz), 0);
+  return pszRest != psz || pszRun != nullptr;
 }
 
 template <class Text>

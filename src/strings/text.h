@@ -50,8 +50,11 @@ struct ByteText {
   // Bytes that precede the terminator.
   static DWORD Length(const Char* psz);
 
-  // Copies through the terminator, first byte first; the second one of a string of a known size.
-  static void Copy(Char* pszDest, const Char* pszSource) { lstrcpyA(pszDest, pszSource); }
+  // Copies through the terminator, first byte first; false if the platform fails to. The second one
+  // is told the size.
+  static bool Copy(Char* pszDest, const Char* pszSource) {
+    return lstrcpyA(pszDest, pszSource) != nullptr;
+  }
   static void Copy(Char* pszDest, const Char* pszSource, DWORD) { lstrcpyA(pszDest, pszSource); }
 
   static bool IsSame(const Char* psz1, const Char* psz2, bool caseSensitive) {
@@ -86,7 +89,7 @@ struct WideText {
 
   static Tail<Char> FindTail(const Char* psz);
   static DWORD Length(const Char* psz);
-  static void Copy(Char* pszDest, const Char* pszSource);
+  static bool Copy(Char* pszDest, const Char* pszSource);
   static void Copy(Char* pszDest, const Char* pszSource, DWORD cbSource) {
     MoveBytes(pszDest, pszSource, cbSource);
   }

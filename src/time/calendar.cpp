@@ -49,8 +49,10 @@ WORD UT_API utDayOfWeek(WORD wYear, WORD wMonth, WORD wDay) {
     month += 12;
     --year;
   }
-  const int centuries = year / 100;
-  const int leapDays = year / 4 - centuries + centuries / 4;
+  // The quotients truncate toward zero, so that those of the year -1 are 0.
+  const DWORD full = year < 0 ? 0 : static_cast<DWORD>(year);
+  const DWORD centuries = full / 100;
+  const int leapDays = static_cast<int>(full / 4 - centuries + centuries / 4);
   const int days = (3 * month + 3) / 5 + 2 * month + year + leapDays + wDay;
   return static_cast<WORD>((static_cast<DWORD>(days) + 1) % 7);  // the days are never below zero
 }

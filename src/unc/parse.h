@@ -117,9 +117,14 @@ DWORD CheckUncName(const Char<Text>* pszName) {
   return UncBits(!name.server.IsEmpty(), !name.resource.IsEmpty(), !name.path.IsEmpty());
 }
 
+// Copies as much as fits, of no text an empty string.
 template <class Text>
 void CopyStretch(const Stretch<Text>& text, Char<Text>* pszOut, DWORD cbOut) {
-  CopyMakeAsciiz<Text>(text.psz, text.cb, pszOut, cbOut);
+  if (text.psz != nullptr) {
+    CopyMakeAsciiz<Text>(text.psz, text.cb, pszOut, cbOut);
+  } else if (IsBuffer(pszOut, cbOut, Text::kUnit)) {
+    Text::Store(pszOut, 0);
+  }
 }
 
 template <class Text>

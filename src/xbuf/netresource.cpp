@@ -20,7 +20,7 @@ struct RecordOf<WideText> {
 template <class Text>
 using Record = typename RecordOf<Text>::Type;
 
-static_assert(sizeof(NETRESOURCEA) == 4 * sizeof(DWORD) + 4 * sizeof(LPSTR));
+static_assert(sizeof(NETRESOURCEA) == (sizeof(void*) == 8 ? 48 : 32));
 static_assert(sizeof(NETRESOURCEW) == sizeof(NETRESOURCEA));
 
 // The strings of a record in the order in which they are placed, each with its bit of the mask.

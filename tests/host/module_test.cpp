@@ -5,6 +5,7 @@
 #include <operation_table.h>
 #include <pe_format.h>
 
+#include <cinttypes>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -23,7 +24,8 @@ using Bytes = std::vector<unsigned char>;
 
 Bytes ShippedDll() {
   const char* path = std::getenv("TAVKIT_DLL");
-  return host::ReadFile(path == nullptr ? "dist/bin/TAVKIT.DLL" : path);
+  const char* const shipped = pe::kIs64Bit ? "dist/x64/bin/TAVKIT.DLL" : "dist/bin/TAVKIT.DLL";
+  return host::ReadFile(path == nullptr ? shipped : path);
 }
 
 template <class T>
@@ -33,7 +35,7 @@ T Get(const Bytes& bytes, std::size_t offset) {
   return value;
 }
 
-void Put(Bytes& bytes, std::size_t offset, std::uint32_t value, unsigned width = 4) {
+void Put(Bytes& bytes, std::size_t offset, std::uint64_t value, unsigned width = 4) {
   ASSERT_LE(offset + width, bytes.size());
   std::memcpy(&bytes[offset], &value, width);
 }
@@ -128,7 +130,7 @@ TEST_F(ModuleTest, GivesPagesTheRightsOfTheirSections) {
     for (std::string line; std::getline(maps, line);) {
       std::uintptr_t from = 0, to = 0;
       char rights[5] = "";
-      std::sscanf(line.c_str(), "%x-%x %4s", &from, &to, rights);
+      std::sscanf(line.c_str(), "%" SCNxPTR "-%" SCNxPTR " %4s", &from, &to, rights);
       const auto at = reinterpret_cast<std::uintptr_t>(address);
       if (at >= from && at < to) return std::string(rights);
     }
@@ -169,21 +171,22 @@ TEST_F(ModuleTest, NamesWhatIsTwisted) {
   const auto count = Get<std::uint32_t>(dll_, exports + offsetof(Exports, functionCount));
   const auto exportsRva = Get<std::uint32_t>(dll_, at_.Directory(pe::kExports));
   const auto dataRva = Get<std::uint32_t>(dll_, at_.Section(2) + offsetof(Section, rva));
-  const struct {
+  struct Row {
     std::size_t offset;
-    std::uint32_t value;
+    std::uint64_t value;
     unsigned width;
     const char* refusal;
-  } rows[] = {
+  };
+  std::vector<Row> rows = {
       {pe::kDosHeaderOffset, 0xFFFFFFF0, 4, "PE header lies outside"},
       {at_.file - 4, 0x4551, 4, "PE signature"},
-      {at_.file, 0x8664, 2, "not for the i386"},
+      {at_.file, 0x1C4, 2, "bit x86 processors"},
       {at_.file + 2, 0, 2, "no section"},
       {at_.file + 2, 0xFFFF, 2, "section"},
       {at_.file + 16, 96, 2, "unknown size"},
       {at_.file + 18, pe::kIsExecutable, 2, "not a linked DLL"},
       {at_.file + 18, 0x2003, 2, "no relocations"},
-      {at_.optional, 0x20B, 2, "PE32"},
+      {at_.optional, 0x107, 2, "PE32"},
       {optional(offsetof(Header, entry)), 0x10, 4, "entry lies outside the code"},
       {optional(offsetof(Header, entry)), 0xFFFFFFFF, 4, "entry lies outside the code"},
       {optional(offsetof(Header, sectionAlignment)), 512, 4, "section alignment"},
@@ -221,7 +224,8 @@ TEST_F(ModuleTest, NamesWhatIsTwisted) {
       {imports, 0xFFFFFFFC, 4, "import lookup table"},
       {imports + offsetof(Imports, name), 0xFFFFFF, 4, "module's name"},
       {imports + offsetof(Imports, addressTable), 0xFFFFFFFC, 4, "import address table"},
-      {lookups, 0x80000001, 4, "nothing provides the import KERNEL32.dll!#1"},
+      {lookups, pe::kImportByOrdinal | 1, sizeof(pe::Word),
+       "nothing provides the import KERNEL32.dll!#1"},
       {lookups, 0x7FFFFFFF, 4, "import's name"},
       {lookups, exportsRva, 4, "nothing provides"},
       {at_.Directory(pe::kExports), 0xFFFFFFF0, 4, "export directory"},
@@ -235,6 +239,22 @@ TEST_F(ModuleTest, NamesWhatIsTwisted) {
       {names, 0xFFFFFF, 4, "export's name"},
       {names + 4, Get<std::uint32_t>(dll_, names), 4, "not sorted"},
   };
+  if (pe::kIs64Bit) {
+    const auto table = at_.Directory(pe::kExceptions), unwind = pointed(table);
+    const auto codeRva = Get<std::uint32_t>(dll_, at_.Section(0) + offsetof(Section, rva));
+    const Row unwindRows[] = {
+        {table, 0xFFFFFFF0, 4, "unwind table lies outside"},
+        {table + 4, 13, 4, "unwind table has a wrong size"},
+        {unwind, 0xFFFFFFFF, 4, "unwind table is unsorted"},
+        {unwind, 0, 4, "unwind table's function"},
+        {unwind + 4, 0, 4, "unwind table is unsorted"},
+        {unwind + 4, 0x7FFFFFFF, 4, "unwind table's function"},
+        {unwind + 8, 0xFFFFFFF0, 4, "unwind record lies outside the image"},
+        {unwind + 8, codeRva, 4, "unwind record lies outside the data"},
+        {pointed(unwind + 8), 2, 1, "unknown version"},
+    };
+    rows.insert(rows.end(), std::begin(unwindRows), std::end(unwindRows));
+  }
   for (const auto& row : rows) {
     auto twisted = dll_;
     Put(twisted, row.offset, row.value, row.width);
@@ -258,7 +278,7 @@ TEST_F(ModuleTest, TellsProgramsFromDlls) {
 TEST_F(ModuleTest, BindsImportsByOrdinal) {
   auto changed = dll_;
   const auto lookups = Pointed(dll_, Pointed(dll_, at_.Directory(pe::kImports)));
-  Put(changed, lookups, pe::kImportByOrdinal | 65535);
+  Put(changed, lookups, pe::kImportByOrdinal | 65535, sizeof(pe::Word));
   MendChecksum(changed);
   std::string first;
   const Module module(
@@ -293,7 +313,8 @@ PROPERTY(ModuleLoader, SurvivesChangedTables, 1000) {
   static const Places at(dll);
   static const auto tables = [] {
     std::vector<std::size_t> offsets = {0, at.file, at.optional, at.sections};
-    for (const auto index : {pe::kExports, pe::kImports, pe::kRelocations}) {
+    for (const auto index : {pe::kExports, pe::kImports, pe::kRelocations, pe::kExceptions}) {
+      if (Get<std::uint32_t>(dll, at.Directory(index)) == 0) continue;
       offsets.push_back(Pointed(dll, at.Directory(index)));
     }
     const auto exports = offsets[4], imports = offsets[5];
@@ -324,7 +345,7 @@ PROPERTY(ModuleLoader, SurvivesChangedTables, 1000) {
         choices.Of<unsigned>({2, 4}));
   } while (choices.Below(3) != 0);
   if (choices.Below(4) == 0) {  // often within the headers
-    changed.resize(choices.Below(choices.Of<unsigned>({1024, 2 * dll.size()})));
+    changed.resize(choices.Below(choices.Of<unsigned>({1024, 2 * unsigned(dll.size())})));
     changed.shrink_to_fit();  // so that the sanitizer watches its end
   }
   if (choices.Below(16) == 0) MendChecksum(changed);

@@ -28,10 +28,8 @@ std::vector<host::Call> CallsOf(unsigned n, Work work, int code = 0) {
 
 PROPERTY(Geometry, IsReadInTheParentAndChangedByAnyDelta, 800) {
   using Change = BOOL(UT_API*)(HWND, INT, INT);
-  const std::vector<LONG> numbers = {
-      INT_MIN, INT_MIN + 1, -110,
-      -4,      0,           3,
-      110,     INT_MAX,     static_cast<LONG>(choices.Below(0xFFFFFFFF))};
+  const auto any = static_cast<LONG>(choices.Below(0xFFFFFFFF));
+  const std::vector<LONG> numbers = {INT_MIN, INT_MIN + 1, -110, -4, 0, 3, 110, INT_MAX, any};
   const auto number = [&] { return choices.Of(numbers); };
   const HWND hWndOuter = host::AddWindow({});
   const HWND hWndParent = choices.Below(4) == 0 ? nullptr : hWndOuter;
@@ -50,7 +48,7 @@ PROPERTY(Geometry, IsReadInTheParentAndChangedByAnyDelta, 800) {
     const std::int64_t delta1 = number(), delta2 = number();
     const auto calls = CallsOf(n, [&] {
       const BOOL result = change ? change(hWnd, delta1, delta2) : utGetChildRect(hWnd, &rect);
-      EXPECT_EQ(result, n == 1 ? 0 : success);
+      ASSERT_EQ(result, n == 1 ? 0 : success);
     });
     const auto pRect = calls.at(0).arguments.at(1);
     const std::string read = Line("GetWindowRect", hWnd, pRect);
@@ -68,10 +66,10 @@ PROPERTY(Geometry, IsReadInTheParentAndChangedByAnyDelta, 800) {
     } else if (change) {
       next += Line("SetWindowPos", hWnd, 0, delta1 + left, delta2 + top, 0, 0, 5);
     } else if (n != 1) {
-      EXPECT_EQ(Line("", rect.left, rect.top, rect.right, rect.bottom),
+      ASSERT_EQ(Line("", rect.left, rect.top, rect.right, rect.bottom),
                 Line("", left, top, right, bottom));
     }
-    EXPECT_EQ(Text(calls), n == 1 ? read : read + next);
+    ASSERT_EQ(Text(calls), n == 1 ? read : read + next) << "call " << n << " fails";
   }
 }
 
@@ -88,17 +86,17 @@ PROPERTY(StringResource, SetsTheTextOfAWindowOrAControl, 40) {
       auto& text = host::WindowOf(isItem ? hWndItem : hDlg).text = "old";
       const bool isLoaded = n != 1 && length > 0, isSet = isLoaded && n != 2;
       const auto work = [&] {
-        EXPECT_EQ(isItem ? utSetDlgItemStringRes(hDlg, -3, hModule, idString)
+        ASSERT_EQ(isItem ? utSetDlgItemStringRes(hDlg, -3, hModule, idString)
                          : utSetWindowStringRes(hDlg, hModule, idString),
                   isSet ? -9 : code);
       };
       const auto calls = CallsOf(n, work, code);
       const auto pText = calls.at(0).arguments.at(2);
-      EXPECT_EQ(Text(calls), Line("LoadStringA", hModule, idString, pText, 256) +
+      ASSERT_EQ(Text(calls), Line("LoadStringA", hModule, idString, pText, 256) +
                                  (!isLoaded ? ""
                                   : isItem  ? Line("SetDlgItemTextA", hDlg, -3, pText)
                                             : Line("SetWindowTextA", hDlg, pText)));
-      EXPECT_EQ(text, isSet ? std::string(std::min(length, 255u), 't') : "old");
+      ASSERT_EQ(text, isSet ? std::string(std::min(length, 255u), 't') : "old");
     }
   }
   host::FailCall(1, 5);  // the platform gives a length and stores nothing
@@ -109,6 +107,7 @@ PROPERTY(StringResource, SetsTheTextOfAWindowOrAControl, 40) {
 // The platform calls that each function has to make on a dialog, of which the n-th fails.
 struct Model {
   HWND hDlg;
+  BOOL wasDisabled = 0;  // what EnableWindow answers
   unsigned failing = 0;  // how many calls are left to the one that fails
   std::string calls = {};
 
@@ -129,14 +128,14 @@ struct Model {
     Works("SendMessageA", hDlg, 0x401, idNew, 0);
     Works("SendDlgItemMessageA", hDlg, idNew, 0xF4, 1, 1);
   }
-  void Disable(int idButton, int idFocus, int idDefault) {
+  BOOL Disable(int idButton, int idFocus, int idDefault) {
     const HWND hWnd = Item(idButton);
-    if (!IsEnabled(hWnd)) return;
+    if (!IsEnabled(hWnd)) return 0;
     if (idDefault != 0 && Default() == idButton) SetDefault(idDefault, idButton);
     if (idFocus != 0 && Works("GetFocus") && GetFocus() == hWnd) {
       Works("PostMessageA", hDlg, 0x28, Item(idFocus), 1);
     }
-    Works("EnableWindow", hWnd, 0);
+    return Works("EnableWindow", hWnd, 0) ? wasDisabled : 0;
   }
   void Enable(int idButton, bool makeDefault) {
     const HWND hWnd = Item(idButton);
@@ -150,7 +149,8 @@ PROPERTY(DefaultButton, IsAskedForAndSetCallByCall, 1600) {
   constexpr int kNowhere = 0x10000;  // an id that no control has, and a flag
   const HWND hDlg = host::AddWindow({});
   for (const int id : {5, 6, 0xFFFF, -1, 0}) host::AddWindow({.hWndParent = hDlg, .id = id});
-  const unsigned kind = choices.Below(3);
+  enum { kSet, kDisable, kEnable };
+  const int operation = choices.Of<int>({kSet, kDisable, kEnable});
   const int idButton = choices.Of<int>({5, 0xFFFF, -1, 0, kNowhere});
   const int id2 = choices.Of<int>({0, 6, -1, kNowhere});
   const int id3 = choices.Of<int>({0, 6, idButton, kNowhere});
@@ -159,24 +159,30 @@ PROPERTY(DefaultButton, IsAskedForAndSetCallByCall, 1600) {
       choices.Of<DWORD>({0, its, its, 0x534B0006, 0x534A0000 | idShort, idShort, 0xFFFFFFFF});
   const HWND hWnd = GetDlgItem(hDlg, idButton);
   const HWND hWndFocus = choices.Of<HWND>({nullptr, hWnd, GetDlgItem(hDlg, 6)});
-  const bool isEnabled = choices.Below(2) != 0;
+  const bool isEnabled = choices.Below(2) != 0, isOvertaken = hWnd && choices.Below(2) != 0;
+  const BOOL success = choices.Of<BOOL>({1, 0x10000});
+  host::SetSuccess(success);
+  host::ShowCalls([&](const host::Call& call) {  // somebody else disables the button just before
+    if (isOvertaken && call.operation == "EnableWindow") host::WindowOf(hWnd).isEnabled = false;
+  });
   const unsigned calls = choices.Below(5) == 0 ? 10 : 0;
   for (unsigned n = 0; n <= calls; ++n) {
     host::WindowOf(hDlg).defaultId = answer;
     if (hWnd) host::WindowOf(hWnd).isEnabled = isEnabled;
     host::SetFocus(hWndFocus);
-    host::SetSuccess(n % 2 == 0 ? 1 : 0x100);
-    EXPECT_EQ(utGetDlgDefButton(hDlg), (DWORD)Model{hDlg}.Default());
-    Model model{hDlg, n};
-    if (kind == 0) model.SetDefault(idButton, id3);
-    if (kind == 1) model.Disable(idButton, id2, id3);
-    if (kind == 2) model.Enable(idButton, id2 != 0);
+    ASSERT_EQ(utGetDlgDefButton(hDlg), (DWORD)Model{hDlg}.Default());
+    Model model{hDlg, isOvertaken ? success : 0, n};
+    BOOL expected = 0, result = 0;
+    if (operation == kSet) model.SetDefault(idButton, id3);
+    if (operation == kDisable) expected = model.Disable(idButton, id2, id3);
+    if (operation == kEnable) model.Enable(idButton, id2 != 0);
     const auto made = CallsOf(n, [&] {
-      if (kind == 0) utSetDlgButtonAsDefault(hDlg, idButton, id3);
-      if (kind == 1) utDisableDlgDefButton(hDlg, idButton, id2, id3);
-      if (kind == 2) utEnableDlgDefButton(hDlg, idButton, id2);
+      if (operation == kSet) utSetDlgButtonAsDefault(hDlg, idButton, id3);
+      if (operation == kDisable) result = utDisableDlgDefButton(hDlg, idButton, id2, id3);
+      if (operation == kEnable) utEnableDlgDefButton(hDlg, idButton, id2);
     });
     ASSERT_EQ(Text(made), model.calls) << "call " << n << " fails";
+    ASSERT_EQ(result, expected) << "call " << n << " fails";
   }
 }
 
@@ -197,7 +203,7 @@ PROPERTY(CheckedButton, IsTheFirstOfItsRange, 1000) {
     if (states[id] == 1) break;
   }
   const auto work = [&] {
-    EXPECT_EQ(utWhichDlgButtonChecked(hDlg, (int)first, (int)last), id <= last ? id : 0);
+    ASSERT_EQ(utWhichDlgButtonChecked(hDlg, (int)first, (int)last), id <= last ? id : 0);
   };
   EXPECT_EQ(Text(CallsOf(0, work)), expected) << first << " to " << last;
 }

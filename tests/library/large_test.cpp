@@ -1,70 +1,180 @@
-// Texts, lists and blocks beyond what 16 bits count.
+// Texts, lists and blocks beyond what 16 bits count, and sums of sizes beyond what 32 bits count.
+#include <host.h>
 #include <tavkit.h>
 
 #include "support/form_test.h"
+#include "support/repeated_text.h"
 
 namespace {
 
+using test::GuardedBuffer, test::SameBytes;
+
 template <class F>
-struct LargeTest : testing::Test {};
+struct LargeTest : testing::Test {
+  using Char = typename F::Char;
+  using String = std::basic_string<Char>;
+  using Record = std::conditional_t<F::kIsWide, NETRESOURCEW, NETRESOURCEA>;
+  static constexpr DWORD kUnit = sizeof(Char), kLength = 70'000, kSize = (kLength + 1) * kUnit;
+};
 TYPED_TEST_SUITE(LargeTest, test::Forms, test::FormNames);
 
-TYPED_TEST(LargeTest, AreCountedIn32Bits) {
+TYPED_TEST(LargeTest, StringsAreCountedIn32Bits) {
   using F = TypeParam;
-  using Char = typename F::Char;
-  constexpr DWORD kUnit = sizeof(Char), kLength = 70'000, cb = (kLength + 1) * kUnit;
-  std::basic_string<Char> text(kLength, ' '), out(2 * kLength, 'x');
-  EXPECT_EQ(F::StringSize(text.c_str(), 1), cb);
+  constexpr DWORD kLength = TestFixture::kLength, kSize = TestFixture::kSize;
+  typename TestFixture::String text(kLength, ' '), out(kLength + 2, 'x');
+  EXPECT_EQ(F::StringSize(text.c_str(), 1), kSize);
   EXPECT_EQ(F::CountLeadChar(text.c_str(), ' '), kLength);
-  EXPECT_EQ(F::CopyString(text.c_str(), out.data(), cb), 1);
-  EXPECT_EQ(out.c_str(), text);
-  text[0] = text[1] = text[kLength - 9] = '\\';
-  const auto* psz = text.c_str();
-  EXPECT_EQ(F::ServerName(psz, 0, out.data(), cb - 1), 0);
-  EXPECT_EQ(F::ServerName(psz, 0, out.data(), cb), 1);
-  EXPECT_EQ(F::BuildUNCName(out.data(), cb - 1, psz, nullptr, nullptr), 0);
-  EXPECT_EQ(F::BuildUNCName(out.data(), cb, psz, nullptr, nullptr), 1);
-  EXPECT_EQ(out.c_str(), text);
-  EXPECT_EQ(F::ExtractServer(psz, out.data(), cb), 1);
-  EXPECT_EQ(out.c_str(), text.substr(0, kLength - 9));
-  EXPECT_EQ(F::BreakUNCName(psz, out.data(), cb, nullptr, 0, nullptr, 0), 3u);
-  EXPECT_EQ(out.c_str(), text.substr(2, kLength - 11));
+  EXPECT_EQ(F::CopyString(text.c_str(), out.data(), kSize), 1);
+  EXPECT_TRUE(out.c_str() == text);
 
-  using Record = std::conditional_t<F::kIsWide, NETRESOURCEW, NETRESOURCEA>;
-  Record record = {}, copy[2 + cb / sizeof(Record)];
+  typename TestFixture::Record record = {}, copy[2 + kSize / sizeof record];
   record.lpProvider = text.data();
   DWORD needed = 0;
-  EXPECT_EQ(F::CopyNETRESOURCE(&record, copy, sizeof record + cb - 1, UT_NR_ALL, &needed), 0);
-  EXPECT_EQ(F::CopyNETRESOURCE(&record, copy, sizeof record + cb, UT_NR_ALL, &needed), 1);
-  EXPECT_EQ(needed, sizeof record + cb);
-  EXPECT_EQ(copy[0].lpProvider, text);
+  EXPECT_EQ(F::CopyNETRESOURCE(&record, copy, sizeof record + kSize - 1, UT_NR_ALL, &needed), 0);
+  EXPECT_EQ(F::CopyNETRESOURCE(&record, copy, sizeof record + kSize, UT_NR_ALL, &needed), 1);
+  EXPECT_EQ(needed, sizeof record + kSize);
+  EXPECT_TRUE(copy[0].lpProvider == text);
 }
 
+TYPED_TEST(LargeTest, NamesAreCountedIn32Bits) {
+  using F = TypeParam;
+  using String = typename TestFixture::String;
+  constexpr DWORD kLength = TestFixture::kLength, kSize = TestFixture::kSize;
+  const String slash(1, '\\'),
+      parts[] = {String(kLength, 's'), String(kLength, 'r'), String(kLength, 'p')};
+  const String server = slash + slash + parts[0], resource = server + slash + parts[1];
+  const String name = resource + slash + parts[2];
+  String out[3];
+  for (auto& part : out) part.resize(kLength + 1);
+  EXPECT_EQ(F::BreakUNCName(name.c_str(), out[0].data(), kSize, out[1].data(), kSize, out[2].data(),
+                            kSize),
+            7u);
+  for (int i = 0; i < 3; ++i) EXPECT_TRUE(out[i].c_str() == parts[i]) << i;
+
+  String built(name.size() + 1, 'x');
+  const DWORD cbName = built.size() * this->kUnit;
+  const auto build = [&](DWORD cbOut) {
+    return F::BuildUNCName(built.data(), cbOut, out[0].c_str(), out[1].c_str(), out[2].c_str());
+  };
+  EXPECT_EQ(build(cbName - 1), 0);
+  EXPECT_EQ(build(cbName), 1);
+  EXPECT_TRUE(built.c_str() == name);
+  const DWORD cbServer = (server.size() + 1) * this->kUnit;
+  EXPECT_EQ(F::ServerName(parts[0].c_str(), UT_SERVERNAME_UNC, built.data(), cbServer - 1), 0);
+  EXPECT_EQ(F::ServerName(parts[0].c_str(), UT_SERVERNAME_UNC, built.data(), cbServer), 1);
+  EXPECT_TRUE(built.c_str() == server);
+  EXPECT_EQ(F::ExtractServerResource(name.c_str(), built.data(), cbName), 1);
+  EXPECT_TRUE(built.c_str() == resource);
+  EXPECT_EQ(F::ExtractServer(name.c_str(), built.data(), cbName), 1);
+  EXPECT_TRUE(built.c_str() == server);
+}
+
+// Lists of many short members, and of few long ones.
 TYPED_TEST(LargeTest, ListsAreCountedIn32Bits) {
   using F = TypeParam;
   using Char = typename F::Char;
-  constexpr DWORD kUnit = sizeof(Char), kCount = 70'000;
-  std::basic_string<Char> list(2 * kCount + 4, 0);
-  std::vector<const Char*> array(kCount + 1), pointers(kCount + 2);
-  const Char letter[] = {'a', 0};
-  std::fill(array.begin(), array.end() - 1, letter);
-  DWORD stored = 0;
-  EXPECT_EQ(F::Array2MultiAsciiz(array.data(), list.data(), list.size() * kUnit, &stored), 1);
-  EXPECT_EQ(stored, kCount);
-  EXPECT_EQ(F::MultiAsciizStringCount(list.data()), kCount);
-  EXPECT_EQ(F::MultiAsciizSize(list.data(), 1), (2 * kCount + 1) * kUnit);
-  EXPECT_EQ(
-      F::MultiAsciiz2Array(list.data(), pointers.data(), pointers.size() * sizeof(Char*), &stored),
-      1);
-  EXPECT_EQ(stored, kCount);
-  EXPECT_EQ(pointers[kCount - 1], &list[2 * kCount - 2]);
-  auto* const middle = &list[kCount];
-  EXPECT_EQ(F::InsertMultiAsciiz(letter, middle, list.data(), (2 * kCount + 3) * kUnit - 1), 0);
-  EXPECT_EQ(F::InsertMultiAsciiz(letter, middle, list.data(), (2 * kCount + 3) * kUnit), 1);
-  EXPECT_EQ(F::AppendMultiAsciiz(letter, list.data(), (2 * kCount + 3) * kUnit), 0);
-  EXPECT_EQ(F::RemoveMultiAsciiz(list.data(), kCount), 1);
-  EXPECT_EQ(F::MultiAsciizStringCount(list.data()), 1u);
-  EXPECT_EQ(F::RemoveMultiAsciiz(list.data(), kCount), 0);
+  using String = typename TestFixture::String;
+  for (const auto& [count, length] : {std::pair{70'000u, 1u}, std::pair{2u, 70'000u}}) {
+    const String member(length, 'a');
+    const DWORD step = length + 1, cbFull = (count * step + 1) * this->kUnit;
+    const DWORD cbLonger = cbFull + step * this->kUnit;
+    String list(cbLonger / this->kUnit, 0);
+    std::vector<const Char*> array(count, member.c_str()), pointers(count + 1);
+    array.push_back(nullptr);
+    DWORD stored = 0;
+    EXPECT_EQ(F::Array2MultiAsciiz(array.data(), list.data(), cbFull - 1, &stored), 0);
+    EXPECT_EQ(F::Array2MultiAsciiz(array.data(), list.data(), cbFull, &stored), 1);
+    EXPECT_EQ(stored, count);
+    EXPECT_EQ(F::MultiAsciizStringCount(list.data()), count);
+    EXPECT_EQ(F::MultiAsciizSize(list.data(), 1), cbFull);
+    const DWORD cbArray = pointers.size() * sizeof pointers[0];
+    EXPECT_EQ(F::MultiAsciiz2Array(list.data(), pointers.data(), cbArray, &stored), 1);
+    EXPECT_EQ(stored, count);
+    EXPECT_EQ(pointers[count - 1], &list[(count - 1) * step]);
+    auto* const middle = &list[count / 2 * step];
+    EXPECT_EQ(F::InsertMultiAsciiz(member.c_str(), middle, list.data(), cbLonger - 1), 0);
+    EXPECT_EQ(F::InsertMultiAsciiz(member.c_str(), middle, list.data(), cbLonger), 1);
+    EXPECT_EQ(F::AppendMultiAsciiz(member.c_str(), list.data(), cbLonger), 0);
+    EXPECT_EQ(F::RemoveMultiAsciiz(list.data(), 1), 1);
+    EXPECT_EQ(F::AppendMultiAsciiz(member.c_str(), list.data(), cbLonger - 1), 0);
+    EXPECT_EQ(F::AppendMultiAsciiz(member.c_str(), list.data(), cbLonger), 1);
+    EXPECT_EQ(F::RemoveMultiAsciiz(list.data(), count), 1);
+    EXPECT_EQ(F::MultiAsciizStringCount(list.data()), 1u);
+    EXPECT_EQ(F::RemoveMultiAsciiz(list.data(), count), 0);
+  }
 }
+
+// The strings themselves: one of 1.3 GiB three times, and one of 2 GiB beside itself.
+TYPED_TEST(LargeTest, SumsOfSizesDontWrap) {
+  using F = TypeParam;
+  using Char = typename F::Char;
+  {
+    const test::RepeatedText text(1'431'655'782);  // three of them wrap to less than 64 bytes
+    const auto* psz = text.template As<Char>();
+    GuardedBuffer out(64);
+    EXPECT_EQ(F::BuildUNCName(out.template As<Char>(), out.size(), psz, psz, psz), 0);
+    EXPECT_TRUE(SameBytes(out.Bytes(), test::Over(test::Pattern(64), test::Bytes(this->kUnit))));
+  }
+  const DWORD cbMember = 0x80000002;
+  const test::RepeatedText list(cbMember);
+  auto* pList = list.template As<Char>();
+  EXPECT_EQ(F::InsertMultiAsciiz(pList, pList, pList, cbMember + 2 * this->kUnit), 0);
+}
+
+#if __SIZEOF_POINTER__ == 8
+
+// A string can be longer than 32 bits count. It fits nowhere.
+TYPED_TEST(LargeTest, StringsOf4GiBAreRefused) {
+  using F = TypeParam;
+  using Char = typename F::Char;
+  for (const std::size_t size : {0xFFFFFFFEull, 0x100000010ull}) {
+    const test::RepeatedText text(size);
+    const auto* psz = text.template As<Char>();
+    GuardedBuffer out(64);
+    auto* pszOut = out.template As<Char>();
+    EXPECT_EQ(F::BuildUNCName(pszOut, out.size(), nullptr, nullptr, psz), 0);
+    EXPECT_EQ(F::ServerName(psz, UT_SERVERNAME_UNC, pszOut, out.size()), 0);
+    for (DWORD cbRemaining : {64u, UT_SIZE_UNCHECKED}) {
+      EXPECT_EQ(F::CopyNextAsciiz(psz, &pszOut, &cbRemaining), 0);
+    }
+    const HXBUF hXBuf = utXBufCreate(64, out.data());
+    EXPECT_EQ(F::XBufCopyStringTo(hXBuf, UT_XBUF_BACK, psz, nullptr), 0);
+    utXBufDestroy(hXBuf);
+    EXPECT_TRUE(out.IsUntouched(this->kUnit));
+  }
+}
+
+#else
+
+// A platform that gives one of the strings a length of nearly 4 GiB.
+TEST(Sums, OfPlannedLengthsDontWrap) {
+  char a[] = "a", list[] = "b\0c\0";
+  const NETRESOURCEA record = {1, 2, 3, 4, a, a, a, a};
+  const HXBUF hXBuf = utXBufCreate(64, nullptr);
+  for (const DWORD length : {0xFFFFFFFFu, 0xFFFFFFFEu, 0xFFFFFFF9u}) {
+    const auto check = [&](unsigned strings, const auto& call) {
+      for (unsigned n = 1; n <= strings; ++n) {
+        GuardedBuffer out(64);
+        host::FailCall(n, length, "lstrlenA");
+        EXPECT_EQ(call(out.As<char>()), 0) << "string " << n << " of length " << length;
+        EXPECT_TRUE(host::FailureCame());
+        EXPECT_TRUE(out.IsUntouched(1));
+      }
+    };
+    check(3, [&](char* out) { return utBuildUNCName(out, 64, a, a, a); });
+    check(1, [&](char* out) { return utServerName(a, UT_SERVERNAME_UNC, out, 64); });
+    for (DWORD cbList : {64u, UT_SIZE_UNCHECKED - 8}) {
+      check(1, [&](char*) { return utInsertMultiAsciiz(a, list, list, cbList); });
+      check(1, [&](char*) { return utAppendMultiAsciiz(a, list, cbList); });
+      check(1, [&](char* out) { return utCopyNextAsciiz(a, &out, &cbList); });
+    }
+    check(1, [&](char*) { return utXBufCopyStringTo(hXBuf, UT_XBUF_BACK, a, nullptr); });
+    check(4, [&](char* out) { return utCopyNETRESOURCE(&record, out, 64, UT_NR_ALL, nullptr); });
+    check(4, [&](char*) { return utCopyNETRESOURCE_XBuffer(&record, hXBuf, UT_NR_ALL, nullptr); });
+  }
+  utXBufDestroy(hXBuf);
+}
+
+#endif
 
 }  // namespace

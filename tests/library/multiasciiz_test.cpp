@@ -7,18 +7,19 @@
 
 #include "support/choices.h"
 #include "support/form_test.h"
+#include "support/journal.h"
 
 namespace {
 
 using List = std::vector<std::string>;
-using test::Bytes, test::Over, test::Pattern;
+using test::Bytes, test::CallText, test::Over, test::Pattern;
 
 // Lists in the memory of a form, and the checks of a random one.
 template <class F>
-struct Checks : test::Ground<F> {
-  using typename test::Ground<F>::Char;
-  using typename test::Ground<F>::String;
-  using test::Ground<F>::kUnit;
+struct Checks : test::GuardedBlock<F> {
+  using typename test::GuardedBlock<F>::Char;
+  using typename test::GuardedBlock<F>::String;
+  using test::GuardedBlock<F>::kUnit;
 
   // The first members of a list with their terminators, without the final zero.
   static String Used(const List& list, std::size_t count) {
@@ -26,13 +27,16 @@ struct Checks : test::Ground<F> {
     for (std::size_t i = 0; i < count; ++i) used += test::Text<F>(list[i]) + typename F::Char{};
     return used;
   }
+  static String Full(const List& list) { return Used(list, list.size()) + Char{}; }
   static Bytes Flat(const List& list) { return test::BytesOf(Used(list, list.size())); }
 
+  // The members of a flat list, each as the bytes that Text() makes it of.
   static List Members(const String& full) {
     List list;
     for (std::size_t at = 0; full[at] != 0; at += list.back().size() + 1) {
       const String member = &full[at];
-      list.emplace_back(member.begin(), member.end());
+      list.emplace_back();
+      for (const int unit : member) list.back() += char(unit >> 7 ? unit | 0x80 : unit);
     }
     return list;
   }
@@ -40,73 +44,106 @@ struct Checks : test::Ground<F> {
   // What an insert makes of the units of a list; nothing if it is refused.
   static std::optional<String> Inserted(String full, long at, const String& string, DWORD cbList) {
     const long length = full.size();
-    const DWORD cbFull = full.size() * kUnit, cbString = (string.size() + 1) * kUnit;
-    if (at < 0 || at >= length) return {};
-    if (cbList < cbFull + cbString) return {};
-    return full.insert(at >= length - 2 ? length - 1 : at, string + typename F::Char{});
+    if (at < 0 || at >= length || cbList < (length + string.size() + 1) * kUnit) return {};
+    const bool appends = at >= length - 2;
+    return full.insert(appends ? length - 1 : at, string + Char{});
+  }
+
+  // A list and the whole block that it lives in.
+  struct Life {
+    List list;
+    Bytes block;
+  };
+
+  void CheckRemove(test::Choices& choices, Life& life) {
+    auto* pList = this->Place(life.block);
+    auto& list = life.list;
+    const DWORD cStrings = choices.Below(8) == 0 ? ~0u : choices.Below(3);
+    EXPECT_EQ(F::RemoveMultiAsciiz(pList, cStrings), cStrings <= list.size());
+    const bool empties = !list.empty() && cStrings >= list.size();
+    list.erase(list.begin(), list.begin() + std::min<std::size_t>(cStrings, list.size()));
+    if (empties) life.block = Over(life.block, Bytes(2 * kUnit));
+    life.block = Over(life.block, Flat(list));
+    EXPECT_TRUE(this->Contains(life.block)) << CallText<F>("RemoveMultiAsciiz", list, cStrings);
+  }
+
+  void CheckScan(const std::string& word, const Life& life) {
+    const auto* pList = this->Place(life.block);
+    const auto string = test::Text<F>(word);
+    const auto& list = life.list;
+    for (const BOOL caseSensitive : {0, 1, 0x100, 0x10000}) {
+      const auto operation =
+          std::string(caseSensitive ? "lstrcmp" : "lstrcmpi") + (F::kIsWide ? 'W' : 'A');
+      const auto compare = caseSensitive ? strcmp : strcasecmp;
+      std::vector<host::Call> calls;
+      const Char* pFound = word.empty() ? pList + Used(list, list.size()).size() : nullptr;
+      for (std::size_t i = 0; pFound == nullptr && i < list.size(); ++i) {
+        const auto* pMember = pList + Used(list, i).size();
+        calls.push_back({operation, {std::uintptr_t(string.c_str()), std::uintptr_t(pMember)}});
+        if (compare(list[i].c_str(), word.c_str()) == 0) pFound = pMember;
+      }
+      host::StartJournal();
+      EXPECT_EQ(F::ScanMultiAsciiz(string.c_str(), pList, caseSensitive), pFound)
+          << CallText<F>("ScanMultiAsciiz", word, list, caseSensitive);
+      EXPECT_EQ(test::Text(host::TakeJournal()), test::Text(calls));
+    }
+  }
+
+  enum class Way { kInsertBeforeMember, kInsertAnywhere, kInsertMemberAnywhere, kAppend };
+
+  void CheckInsert(test::Choices& choices, std::string word, Way way, Life& life) {
+    auto* pList = this->Place(life.block);
+    const auto& list = life.list;
+    const auto full = Full(list);
+    const auto string = test::Text<F>(word);
+    const auto* psz = string.c_str();
+    if (way == Way::kInsertMemberAnywhere && !list.empty()) {
+      const auto own = choices.Below(list.size());
+      word = list[own];
+      psz = pList + Used(list, own).size();
+    }
+    const bool isAnywhere = way != Way::kInsertBeforeMember && !word.empty();
+    const long at = way == Way::kAppend ? full.size() - 1
+                    : isAnywhere        ? choices.Below(full.size() + 2)
+                                        : Used(list, choices.Below(list.size() + 1)).size();
+    const DWORD cbBlock = life.block.size();
+    DWORD cbList = choices.Of<DWORD>({cbBlock, choices.Below(cbBlock), ~0u, 0x80000000u});
+    const auto inserted = [&] {
+      return word.empty() ? full : Inserted(full, at, test::Text<F>(word), cbList);
+    };
+    if (inserted().value_or(full).size() * kUnit > cbBlock) cbList = cbBlock;
+    const auto call = [&, before = list] {
+      return CallText<F>(way == Way::kAppend ? "AppendMultiAsciiz" : "InsertMultiAsciiz", word, at,
+                         before, cbList);
+    };
+    EXPECT_EQ(way == Way::kAppend ? F::AppendMultiAsciiz(psz, pList, cbList)
+                                  : F::InsertMultiAsciiz(psz, pList + at, pList, cbList),
+              inserted().has_value())
+        << call();
+    // A string that went in at the end of another one makes that the last of the list.
+    const auto whole = inserted().value_or(full);
+    life.list = Members(whole);
+    life.block = Over(Over(life.block, test::BytesOf(whole, 0)), Flat(life.list));
+    EXPECT_TRUE(this->Contains(life.block)) << call();
   }
 
   // The life of a list, step by step.
   void CheckWalk(test::Choices& choices) {
     host::SetCodePage(choices.Of<unsigned>({1252, 932}));
-    List list;
-    Bytes block(24 + choices.Below(80));
+    Life life = {{}, Bytes(24 + choices.Below(80))};
     for (unsigned step = 0; choices.More(); ++step) {
-      auto* pList = this->Put(block);
-      const auto at = [&](std::size_t index) { return pList + this->Used(list, index).size(); };
-      std::string word = choices.Text<char>({'a', 'B', 'b'}, 5);
-      const auto string = test::Text<F>(word);
-      const auto* psz = string.c_str();
-      const auto kind = choices.Below(5);
-      if (kind == 0) {
-        const DWORD cStrings = choices.Below(8) == 0 ? ~0u : choices.Below(3);
-        EXPECT_EQ(F::RemoveMultiAsciiz(pList, cStrings), cStrings <= list.size());
-        const bool empties = !list.empty() && cStrings >= list.size();
-        list.erase(list.begin(), list.begin() + std::min<std::size_t>(cStrings, list.size()));
-        if (empties) block = Over(block, Bytes(2 * this->kUnit));
-      } else if (kind == 1) {
-        for (const BOOL caseSensitive : {0, 1, -1}) {
-          const auto operation =
-              std::string(caseSensitive ? "lstrcmp" : "lstrcmpi") + (F::kIsWide ? 'W' : 'A');
-          const auto compare = caseSensitive ? strcmp : strcasecmp;
-          std::vector<host::Call> calls;
-          std::size_t found = word.empty() ? list.size() : 0;
-          for (; found < list.size(); ++found) {
-            calls.push_back({operation, {std::uintptr_t(psz), std::uintptr_t(at(found))}});
-            if (compare(list[found].c_str(), word.c_str()) == 0) break;
-          }
-          host::StartJournal();
-          EXPECT_EQ(F::ScanMultiAsciiz(psz, pList, caseSensitive),
-                    found == list.size() && !word.empty() ? nullptr : at(found));
-          EXPECT_EQ(host::TakeJournal(), calls);
-        }
-      } else {
-        if (kind == 2 && !list.empty()) {  // a member of the list itself goes in again
-          const auto own = choices.Below(list.size());
-          word = list[own];
-          psz = at(own);
-        }
-        const auto full = Used(list, list.size()) + Char{};
-        const auto place = kind == 3 ? full.size() - 1
-                           : kind == 4 && !word.empty()
-                               ? choices.Below(full.size() + 2)
-                               : at(choices.Below(list.size() + 1)) - pList;
-        DWORD cbList = choices.Of<DWORD>(
-            {DWORD(block.size()), choices.Below(block.size()), UT_SIZE_UNCHECKED});
-        const auto inserted = [&] {
-          return word.empty() ? full : Inserted(full, place, test::Text<F>(word), cbList);
-        };
-        if (inserted().value_or(full).size() * kUnit > block.size()) cbList = block.size();
-        EXPECT_EQ(kind == 3 ? F::AppendMultiAsciiz(psz, pList, cbList)
-                            : F::InsertMultiAsciiz(psz, pList + place, pList, cbList),
-                  inserted().has_value());
-        // A string that went in at the end of another one makes that the last of the list.
-        const auto whole = inserted().value_or(full);
-        block = Over(block, test::BytesOf(whole, 0));
-        list = Members(whole);
+      SCOPED_TRACE(step);
+      const auto word = choices.Text<char>({'a', 'B', 'b', '\x80'}, 5);
+      switch (choices.Below(6)) {
+        case 0:
+          CheckRemove(choices, life);
+          break;
+        case 1:
+          CheckScan(word, life);
+          break;
+        default:
+          CheckInsert(choices, word, Way(choices.Below(4)), life);
       }
-      block = Over(block, this->Flat(list));
-      ASSERT_TRUE(this->Holds(block)) << "step " << step;
     }
   }
 
@@ -127,12 +164,14 @@ struct Checks : test::Ground<F> {
     if (!isOnHeap) block.resize(block.size() + choices.Below(17), test::kPattern);
     const Char* pList = isOnHeap     ? reinterpret_cast<Char*>(block.data())
                         : place == 1 ? front.get()
-                                     : this->Put(block);
+                                     : this->Place(block);
     EXPECT_EQ(F::MultiAsciizSize(pList, 0), used.size() * this->kUnit);
-    EXPECT_EQ(F::MultiAsciizSize(pList, 7), (used.size() + 1) * this->kUnit);
+    for (const BOOL flag : {1, 7, 0x100, 0x10000}) {
+      EXPECT_EQ(F::MultiAsciizSize(pList, flag), (used.size() + 1) * this->kUnit) << flag;
+    }
     EXPECT_EQ(F::MultiAsciizStringCount(pList), starts.size() - 1);
     EXPECT_EQ(F::ScanMultiAsciiz(nullptr, pList, 1), pList + used.size());
-    starts.push_back(used.size() + 1);  // a step on the final zero leads behind the list
+    starts.push_back(used.size() + 1);  // a step on the final zero leads past the list
     for (std::size_t n = 0; n + 1 < starts.size(); ++n) {
       EXPECT_EQ(F::NextAsciiz(pList + starts[n]), pList + starts[n + 1]);
     }
@@ -140,7 +179,7 @@ struct Checks : test::Ground<F> {
 
   void CheckCursor(const List& words, DWORD size) {
     Bytes block = Pattern(size);
-    auto* const pList = this->Put(block);
+    auto* const pList = this->Place(block);
     auto* cursor = pList;
     DWORD left = size, used = 0;
     for (const auto& word : words) {
@@ -153,12 +192,13 @@ struct Checks : test::Ground<F> {
       if (fits) used += cbString;
       EXPECT_EQ(reinterpret_cast<char*>(cursor) - reinterpret_cast<char*>(pList), used);
       EXPECT_EQ(left, size - used);
-      EXPECT_TRUE(this->Holds(block));
+      EXPECT_TRUE(this->Contains(block)) << CallText<F>("CopyNextAsciiz", word, left);
     }
     EXPECT_EQ(F::CopyNextAsciiz(nullptr, &cursor, &left), left >= kUnit);
     if (left >= kUnit) std::fill_n(block.begin() + used, kUnit, 0);
     EXPECT_EQ(utInitMultiAsciiz(pList, size), size > 4);
-    EXPECT_TRUE(this->Holds(size > 4 ? Bytes(size) : block));
+    EXPECT_TRUE(this->Contains(size > 4 ? Bytes(size) : block))
+        << "utInitMultiAsciiz, size " << size;
   }
 
   // An array to a list, and the list of the same strings to an array.
@@ -176,9 +216,10 @@ struct Checks : test::Ground<F> {
     }
     DWORD stored = 99;
     for (DWORD* pcStored : {&stored, static_cast<DWORD*>(nullptr)}) {
-      auto* pList = this->Put(Pattern(size));
+      auto* pList = this->Place(Pattern(size));
       EXPECT_EQ(F::Array2MultiAsciiz(array.data(), pList, size, pcStored), complete);
-      EXPECT_TRUE(this->Holds(size > 4 ? Over(Bytes(size), this->Flat(list)) : Pattern(size)));
+      EXPECT_TRUE(this->Contains(size > 4 ? Over(Bytes(size), Flat(list)) : Pattern(size)))
+          << CallText<F>("Array2MultiAsciiz", words, size);
     }
     EXPECT_EQ(stored, list.size());
 
@@ -231,24 +272,25 @@ TYPED_TEST(MultiAsciizTest, InsertAtEveryPositionOfSmallListsForEverySize) {
   const auto string = test::Text<F>("X");
   std::vector<List> lists = {{}};
   for (std::size_t i = 0; i < lists.size(); ++i) {
-    const auto full = this->Used(lists[i], lists[i].size()) + typename F::Char{};
+    const auto full = this->Full(lists[i]);
     const long length = full.size();
     const DWORD cbFull = length * this->kUnit, cbNeeded = cbFull + 2 * this->kUnit;
     for (long at = -1; at <= length + 1; ++at) {
       for (DWORD size = 0; size <= cbNeeded + 2; ++size) {
         const DWORD cbList = size == cbNeeded + 2 ? UT_SIZE_UNCHECKED : size;
         const auto result = this->Inserted(full, at, string, cbList);
-        // With the room that the result takes, and at odd addresses too.
+        // As large as the result, and at odd addresses too.
         const auto block =
             Over(Pattern((result ? cbNeeded : cbFull) + size % 2), test::BytesOf(full, 0));
-        auto* pList = this->Put(block);
+        auto* pList = this->Place(block);
         const bool isAppend = at == length - 1 && size % 4 < 2;
+        const auto* operation = isAppend ? "AppendMultiAsciiz" : "InsertMultiAsciiz";
         EXPECT_EQ(isAppend ? F::AppendMultiAsciiz(string.c_str(), pList, cbList)
                            : F::InsertMultiAsciiz(string.c_str(), pList + at, pList, cbList),
-                  result.has_value());
-        EXPECT_TRUE(this->Holds(Over(block, test::BytesOf(result.value_or(full), 0))));
-        ASSERT_FALSE(this->HasFailure())
-            << testing::PrintToString(lists[i]) << " at " << at << ", size " << cbList;
+                  result.has_value())
+            << CallText<F>(operation, "X", at, lists[i], cbList);
+        EXPECT_TRUE(this->Contains(Over(block, test::BytesOf(result.value_or(full), 0))))
+            << CallText<F>(operation, "X", at, lists[i], cbList);
       }
     }
     if (lists[i].size() == 3) continue;
@@ -268,7 +310,7 @@ TYPED_TEST(MultiAsciizTest, BuildByCursorWithinEverySize) {
   typename F::Char* cursor = nullptr;
   DWORD left = UT_SIZE_UNCHECKED;
   EXPECT_EQ(F::CopyNextAsciiz(nullptr, &cursor, &left), 0);
-  cursor = this->Put(Bytes(3 * this->kUnit));
+  cursor = this->Place(Bytes(3 * this->kUnit));
   EXPECT_EQ(F::CopyNextAsciiz(test::Text<F>("a").c_str(), &cursor, &left), 1);
   EXPECT_EQ(left, UT_SIZE_UNCHECKED - 2 * this->kUnit);  // a number like any other
 }
@@ -285,9 +327,9 @@ TYPED_TEST(MultiAsciizTest, ConvertFromAndToArraysWithinEverySize) {
 TYPED_TEST(MultiAsciizTest, AnswerNullAndEmpty) {
   using F = TypeParam;
   const auto string = test::Text<F>("xy");
-  // An empty list, whatever stands behind its final zero.
+  // An empty list, whatever follows its final zero.
   const auto block = test::BytesOf(typename F::Char{} + string, 2);
-  typename F::Char *none = nullptr, *empty = this->Put(block);
+  typename F::Char *none = nullptr, *empty = this->Place(block);
   for (auto* list : {none, empty}) {
     EXPECT_EQ(F::MultiAsciizSize(list, 1), list == none ? 0 : this->kUnit);
     EXPECT_EQ(F::MultiAsciizStringCount(list), 0u);
@@ -301,14 +343,14 @@ TYPED_TEST(MultiAsciizTest, AnswerNullAndEmpty) {
     EXPECT_EQ(F::RemoveMultiAsciiz(list, 1), 0);
   }
   EXPECT_EQ(F::NextAsciiz(none), nullptr);
-  EXPECT_TRUE(this->Holds(block));
+  EXPECT_TRUE(this->Contains(block));
   EXPECT_EQ(utInitMultiAsciiz(nullptr, 64), 0);
   DWORD stored[] = {99, 99, 99};
   EXPECT_EQ(F::Array2MultiAsciiz(&none, none, 64, &stored[0]), 0);
   EXPECT_EQ(F::MultiAsciiz2Array(empty, nullptr, 64, &stored[1]), 0);
-  EXPECT_EQ(F::Array2MultiAsciiz(nullptr, this->Put(block), block.size(), &stored[2]), 1);
+  EXPECT_EQ(F::Array2MultiAsciiz(nullptr, this->Place(block), block.size(), &stored[2]), 1);
   for (const DWORD count : stored) EXPECT_EQ(count, 0u);
-  EXPECT_TRUE(this->Holds(Bytes(block.size())));
+  EXPECT_TRUE(this->Contains(Bytes(block.size())));
 }
 
 }  // namespace

@@ -13,9 +13,7 @@
 
 namespace {
 
-using test::GuardedBuffer;
-using test::Line;
-using Bytes = std::vector<unsigned char>;
+using test::Bytes, test::GuardedBuffer, test::Line, test::SameBytes;
 
 // The eight fields of a record, as numbers.
 struct Fields {
@@ -23,7 +21,7 @@ struct Fields {
   std::uintptr_t strings[4];
 };
 
-// A source record, its strings each in front of an inaccessible page. What the mask leaves out has
+// A source record, its strings each followed by an inaccessible page. What the mask leaves out has
 // an address that can't be read, and half of the sources stand at odd addresses.
 template <class Form>
 struct Source {
@@ -61,8 +59,10 @@ struct Source {
     const auto* start = reinterpret_cast<const unsigned char*>(&fields);
     record = reinterpret_cast<const Record*>(place({start, start + sizeof fields}));
   }
-  ~Source() {
-    for (std::size_t i = 0; i < memory.size(); ++i) EXPECT_EQ(memory[i].Bytes(), placed[i]);
+  void CheckUnchanged() {
+    for (std::size_t i = 0; i < memory.size(); ++i) {
+      EXPECT_TRUE(SameBytes(memory[i].Bytes(), placed[i])) << "source, or its string " << i;
+    }
   }
 
   // What a block holds with the copy in it, between so many bytes in use at either end.
@@ -83,13 +83,9 @@ struct Source {
 
 template <class Form>
 void CheckFlattening(test::Choices& choices) {
-  constexpr auto copyXBuffer = [] {
-    if constexpr (Form::kIsWide) return &utCopyNETRESOURCEW_XBuffer;
-    if constexpr (!Form::kIsWide) return &utCopyNETRESOURCE_XBuffer;
-  }();
   // Higher bits have no effect.
   const DWORD mask = choices.Below(256) | (choices.Below(3) == 0 ? 0xABCDE100u : 0);
-  const Source<Form> source(choices, mask);
+  Source<Form> source(choices, mask);
   const auto* record = choices.Below(16) != 0 ? source.record : nullptr;
   const DWORD strings = record ? source.needed - sizeof *record : 0,
               needed = record ? source.needed : 0;
@@ -108,19 +104,22 @@ void CheckFlattening(test::Choices& choices) {
     DWORD stored = 7;
     DWORD* pcbNeeded = choices.Below(4) != 0 ? &stored : nullptr;
     host::FailCall(isMemory ? 0 : 1, 0, "LocalAlloc");
-    EXPECT_EQ(isXBuf ? copyXBuffer(record, isThere ? hXBuf : nullptr, mask, pcbNeeded)
-                     : Form::CopyNETRESOURCE(record, isThere ? buffer.data() : nullptr, size, mask,
-                                             pcbNeeded),
-              copied);
+    EXPECT_EQ(
+        isXBuf ? Form::CopyNETRESOURCE_XBuffer(record, isThere ? hXBuf : nullptr, mask, pcbNeeded)
+               : Form::CopyNETRESOURCE(record, isThere ? buffer.data() : nullptr, size, mask,
+                                       pcbNeeded),
+        copied);
     EXPECT_EQ(host::FailureCame(), fits && !copied);
     host::FailCall(0);
     EXPECT_EQ(stored, pcbNeeded ? needed : 7);
-    EXPECT_EQ(buffer.Bytes(), block);
+    EXPECT_TRUE(SameBytes(buffer.Bytes(), block))
+        << test::CallText<Form>(isXBuf ? "CopyNETRESOURCE_XBuffer" : "CopyNETRESOURCE", size, mask);
     if (!isXBuf) continue;
     EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FRONT), front + sizeof *record * copied);
     EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_BACK), back + strings * copied);
     utXBufDestroy(hXBuf);
   }
+  source.CheckUnchanged();
 }
 
 PROPERTY(NetResource, IsFlattenedIntoBuffersAndXBufs, 1600) {

@@ -21,6 +21,10 @@ using Value = std::pair<DWORD, std::string>;
 
 const HKEY kUser = HKEY_CURRENT_USER;
 constexpr char kPath[] = "Software\\Brindlex\\prod\\sec";
+constexpr DWORD kSz = REG_SZ, kExpand = REG_EXPAND_SZ, kBinary = REG_BINARY, kDword = REG_DWORD;
+constexpr DWORD kBadData = ERROR_INVALID_DATA, kMoreData = ERROR_MORE_DATA;
+constexpr DWORD kMissing = ERROR_FILE_NOT_FOUND, kBad = ERROR_INVALID_PARAMETER;
+constexpr BOOL kOwn = 0x55000000;  // a default that is no stored value, in its high byte only
 
 void Put(const char* path, const char* name, DWORD type, const std::string& data) {
   ASSERT_EQ(utRegSetValue(kUser, path, name, type, data.data(), data.size(), 1), 0u);
@@ -56,98 +60,112 @@ TEST(RegistryValues, ReachThePlatformAsTheyCome) {
   // What is called between opening `sub` with an access and closing it; all of it if that is 0.
   // clang-format off
   const struct { std::function<DWORD()> call; DWORD result, access; std::string calls; } rows[] = {
-      {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0); }, 2, 0, "OpenKey u none 0 2 *; "},
+      {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0); }, kMissing, 0, "OpenKey u none 0 2 *; "},
       {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0x10000); }, 0, 0, "OpenKey u none 0 2 *; "
        "CreateKey u none 0 0 0 983103 0 * *; SetValue 8 v 0 3 d 2; CloseKey 8; "},
       {[&] { return utRegSetValue(u, sub, nullptr, 9, d, 0, 1); }, 0, 2, "SetValue 8 0 0 9 d 0; "},
       {[&] { return utRegSetValue(u, nullptr, v, 3, d, 2, 1); }, 0, 0, "SetValue u v 0 3 d 2; "},
       {[&] { return utRegQueryValue(u, sub, v, &t, d, &n); }, 0, 1, "QueryValue 8 v 0 t d n; "},
-      {[&] { return utRegQueryValue(u, nullptr, v, nullptr, d, &n); }, 2, 0,
-       "QueryValue u v 0 0 d n; "},
-      {[&] { return utRegQueryValue(u, empty, v, &t, d, nullptr); }, 87, 0,
+      {[&] { return utRegQueryValue(u, nullptr, v, nullptr, d, &n); }, kMissing, 0, "QueryValue u v 0 0 d n; "},
+      {[&] { return utRegQueryValue(u, empty, v, &t, d, nullptr); }, kBad, 0,
        "OpenKey u empty 0 1 *; QueryValue 8 v 0 t d 0; CloseKey 8; "},
-      {[&] { return utRegQueryValue(u, none, v, &t, d, &n); }, 2, 0, "OpenKey u none 0 1 *; "},
+      {[&] { return utRegQueryValue(u, none, v, &t, d, &n); }, kMissing, 0, "OpenKey u none 0 1 *; "},
       {[&] { return utRegVerifyValue(u, sub, v, &t); }, 1, 1, "QueryValue 8 v 0 t 0 *; "},
       {[&] { return utRegVerifyValue(u, nullptr, v, nullptr); }, 0, 0, "QueryValue u v 0 0 0 *; "},
       {[&] { return utRegDeleteValue(u, sub, v); }, 0, 2, "DeleteValue 8 v; "},
-      {[&] { return utRegDeleteValue(u, sub, none); }, 2, 2, "DeleteValue 8 none; "},
-      {[&] { return utRegDeleteValue(u, nullptr, v); }, 2, 0, "DeleteValue u v; "},
+      {[&] { return utRegDeleteValue(u, sub, none); }, kMissing, 2, "DeleteValue 8 none; "},
+      {[&] { return utRegDeleteValue(u, nullptr, v); }, kMissing, 0, "DeleteValue u v; "},
       {[&] { return utRegVerifyKey(u, sub); }, 1, 1, ""},
       {[&] { return utRegVerifyKey(u, none); }, 0, 0, "OpenKey u none 0 1 *; "},
       {[&] { return utRegVerifyKey(u, nullptr) | utRegVerifyKey(u, empty); }, 0, 0, ""},
-      {[&] { return utRegOpenPrivateUserKey(nullptr, nullptr, 9, &key); }, 0, 0,
-       "OpenKey u * 0 9 key; "},
+      {[&] { return utRegOpenPrivateUserKey(nullptr, nullptr, 9, &key); }, 0, 0, "OpenKey u * 0 9 key; "},
       {[&] { return utRegDeletePrivateUserKey(nullptr, nullptr); }, 0, 0, "DeleteKey u *; "},
       {[&] { return utRegVerifyPrivateUserKey(none, nullptr); }, 0, 0, "OpenKey u * 0 1 *; "},
   };
   // clang-format on
+  DWORD disposition = 99;
   for (auto [call, result, access, calls] : rows) {
     host::Reset();
+    host::ShowCalls([&](const host::Call& shown) {
+      if (shown.operation == "RegCreateKeyExA") disposition = *(const DWORD*)shown.arguments[8];
+    });
     Put(sub, v, REG_BINARY, "xy");
     n = 2;
     const auto opening = "OpenKey u sub 0 " + std::to_string(access) + " *; ";
     if (access != 0) calls = opening + calls + "CloseKey 8; ";
     DWORD got = 99;
-    EXPECT_EQ(Calls([&] { got = call(); }, names), calls);
-    EXPECT_EQ(got, result) << calls;
-    if (key != nullptr) RegCloseKey(key);
-    key = nullptr;
+    ASSERT_EQ(Calls([&] { got = call(); }, names), calls);
+    ASSERT_EQ(got, result) << calls;
+    ASSERT_EQ(disposition, 0u) << "before the key was created";
+    if (key != nullptr) RegCloseKey(std::exchange(key, nullptr));
   }
-  EXPECT_EQ(t, 3u);
+  EXPECT_EQ(t, kBinary);
 }
 
 TEST(TypedValues, ReadABooleanOrANumberOrGiveTheDefault) {
   // clang-format off
   const struct { DWORD type; std::string data; BOOL value; } rows[] = {
-      {3, "\0"s, 0}, {3, "\2"s, 1}, {3, "\0\1"s, 0}, {3, "", 55}, {3, std::string(48, 1), 1},
-      {3, std::string(49, 1), 55}, {4, "\0\0\0\0"s, 0}, {4, "\0\1\0\0"s, 1}, {4, "\0\0\0\x80"s, 1},
-      {4, "\1\0\0"s, 55}, {4, "", 55}, {4, "\x78\x56\x34\x12", 1}, {4, "\0\0\0\0\1"s, 0},
-      {1, "True\0"s, 1}, {1, "yes\0"s, 1}, {1, "oN\0"s, 1}, {1, "1\0"s, 1}, {1, "false\0"s, 0},
-      {1, "NO\0"s, 0}, {1, "off\0"s, 0}, {1, "0\0"s, 0}, {1, "maybe\0"s, 55}, {1, " TRUE\0"s, 55},
-      {1, "2\0"s, 55}, {1, "\0"s, 55}, {1, "", 55}, {1, "TRUE", 1}, {1, "ON\0x"s, 1},
-      {1, "TRUEx", 55}, {1, std::string(47, 'x') + '\0', 55}, {1, std::string(48, 'x'), 55},
-      {1, std::string(49, 'x'), 55}, {2, "TRUE\0"s, 55}, {0, "\1"s, 55}, {7, "1\0\0"s, 55},
+      {kBinary, "\0"s, 0}, {kBinary, "\2"s, 1}, {kBinary, "\0\1"s, 0}, {kBinary, "", kOwn},
+      {kBinary, std::string(48, 1), 1}, {kBinary, std::string(49, 1), kOwn},
+      {kDword, "\0\0\0\0"s, 0}, {kDword, "\0\1\0\0"s, 1}, {kDword, "\0\0\0\x80"s, 1},
+      {kDword, "\1\0\0"s, kOwn}, {kDword, "", kOwn}, {kDword, "\x78\x56\x34\x12", 1},
+      {kDword, "\0\0\0\0\1"s, 0}, {kSz, "True\0"s, 1}, {kSz, "yes\0"s, 1}, {kSz, "oN\0"s, 1},
+      {kSz, "1\0"s, 1}, {kSz, "false\0"s, 0}, {kSz, "NO\0"s, 0}, {kSz, "off\0"s, 0}, {kSz, "0\0"s, 0},
+      {kSz, "maybe\0"s, kOwn}, {kSz, " TRUE\0"s, kOwn}, {kSz, "2\0"s, kOwn}, {kSz, "\0"s, kOwn},
+      {kSz, "", kOwn}, {kSz, "TRUE", 1}, {kSz, "ON\0x"s, 1}, {kSz, "TRUEx", kOwn},
+      {kSz, std::string(47, 'x') + '\0', kOwn}, {kSz, std::string(48, 'x'), kOwn},
+      {kSz, std::string(49, 'x'), kOwn}, {kExpand, "TRUE\0"s, kOwn}, {REG_NONE, "\1"s, kOwn},
+      {REG_MULTI_SZ, "1\0\0"s, kOwn},
   };
   // clang-format on
+  // A comparison may measure its text first: even 48 bytes stored without a terminator have an end.
+  host::ShowCalls([](const host::Call& call) {
+    if (call.operation == "lstrcmpiA") ASSERT_LE(std::strlen((const char*)call.arguments[0]), 48u);
+  });
   BOOL value = -1;
   GuardedBuffer number(sizeof(DWORD));
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << row.type << ' ' << testing::PrintToString(row.data));
     Put(kPath, "v", row.type, row.data);
-    const DWORD boolCode = row.value != 55 ? 0 : row.data.size() > 48 ? 234 : 13;
-    EXPECT_EQ(utRegGetValueBool(kUser, kPath, "v", 55, &value), boolCode);
-    EXPECT_EQ(value, row.value);
-    EXPECT_EQ(utRegGetPrivateUserBool("sec", "v", 55, "prod"), value);
+    const DWORD boolCode = row.value != kOwn ? 0 : row.data.size() > 48 ? kMoreData : kBadData;
+    ASSERT_EQ(utRegGetValueBool(kUser, kPath, "v", kOwn, &value), boolCode);
+    ASSERT_EQ(value, row.value);
+    ASSERT_EQ(utRegGetPrivateUserBool("sec", "v", kOwn, "prod"), value);
 
-    const DWORD code = row.data.size() > 4 ? 234 : row.type == 4 ? 0 : 13;
+    const DWORD code = row.data.size() > 4 ? kMoreData : row.type == REG_DWORD ? 0 : kBadData;
     number.Refill();
     const auto expected = [&](DWORD before) {
       std::copy_n(row.data.begin(), code == 0 ? row.data.size() : 0, (char*)&before);
-      return code == 0 ? before : 77;
+      return code == 0 ? before : kOwn;
     };
     const DWORD kept = expected(*number.As<DWORD>());
-    EXPECT_EQ(utRegGetValueDword(kUser, kPath, "v", 77, number.As<DWORD>()), code);
-    EXPECT_EQ(*number.As<DWORD>(), kept);
-    EXPECT_EQ(utRegGetPrivateUserDword("sec", "v", 77, "prod"), expected(0));
+    ASSERT_EQ(utRegGetValueDword(kUser, kPath, "v", kOwn, number.As<DWORD>()), code);
+    ASSERT_EQ(*number.As<DWORD>(), kept);
+    ASSERT_EQ(utRegGetPrivateUserDword("sec", "v", kOwn, "prod"), expected(0));
   }
-  EXPECT_EQ(utRegGetValueBool(kUser, kPath, "none", -7, &value), 2u);
+  EXPECT_EQ(utRegGetValueBool(kUser, kPath, "none", -7, &value), kMissing);
   EXPECT_EQ(value, -7);
-  EXPECT_EQ(utRegGetValueDword(kUser, nullptr, "v", 77, number.As<DWORD>()), 2u);
+  EXPECT_EQ(utRegGetValueDword(kUser, nullptr, "v", 77, number.As<DWORD>()), kMissing);
   EXPECT_EQ(*number.As<DWORD>(), 77u);
+  Put(kPath, "v", REG_SZ, "TRUE\0"s);
+  host::FailCall(1, 0x10000, "lstrcmpiA");  // a difference in its high half
+  EXPECT_EQ(utRegGetValueBool(kUser, kPath, "v", kOwn, &value), kBadData);
 }
 
 TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
   // clang-format off
   const struct { DWORD type; std::string data; const char* pszDefault; DWORD cbBuffer, code;
                  std::string written; } rows[] = {
-      {1, "text\0"s, "dflt", 8, 0, "text\0"s}, {1, "text\0"s, "dflt", 5, 0, "text\0"s},
-      {1, "text\0"s, "dflt", 4, 234, "dfl\0"s}, {1, "text\0"s, "dflt", 1, 234, "\0"s},
-      {1, "text\0"s, "dflt", 0, 234, ""}, {1, "longer than 8\0"s, "dflt", 8, 234, "dflt\0\0"s},
-      {1, "longer than 8\0"s, nullptr, 8, 234, "\0"s}, {1, "a\0b"s, "dflt", 8, 0, "a\0b"s},
-      {1, "", "dflt", 8, 0, ""}, {1, "", "dflt", 0, 0, ""}, {1, "ab", "dflt", 8, 0, "ab"},
-      {1, "abcdefgh", "dflt", 8, 0, "abcdefgh"}, {4, "\1\2\3\4", "d", 8, 13, "d\0\0\4"s},
-      {4, "\1\2\3\4", nullptr, 8, 13, "\0\2\3\4"s}, {2, "text\0"s, "defaults", 8, 13, "default\0"s},
-      {3, "12345678", "ABCDEFG", 8, 13, "ABCDEFG\0"s},
+      {kSz, "text\0"s, "dflt", 8, 0, "text\0"s}, {kSz, "text\0"s, "dflt", 5, 0, "text\0"s},
+      {kSz, "text\0"s, "dflt", 4, kMoreData, "dfl\0"s}, {kSz, "text\0"s, "dflt", 1, kMoreData, "\0"s},
+      {kSz, "text\0"s, "dflt", 0, kMoreData, ""}, {kSz, "a\0b"s, "dflt", 8, 0, "a\0b"s},
+      {kSz, "longer than 8\0"s, "dflt", 8, kMoreData, "dflt\0\0"s},
+      {kSz, "longer than 8\0"s, nullptr, 8, kMoreData, "\0"s},
+      {kSz, "", "dflt", 8, 0, ""}, {kSz, "", "dflt", 0, 0, ""}, {kSz, "ab", "dflt", 8, 0, "ab"},
+      {kSz, "abcdefgh", "dflt", 8, 0, "abcdefgh"}, {kDword, "\1\2\3\4", "d", 8, kBadData, "d\0\0\4"s},
+      {kDword, "\1\2\3\4", nullptr, 8, kBadData, "\0\2\3\4"s},
+      {kExpand, "text\0"s, "defaults", 8, kBadData, "default\0"s},
+      {kBinary, "12345678", "ABCDEFG", 8, kBadData, "ABCDEFG\0"s},
   };
   // clang-format on
   for (const auto& row : rows) {
@@ -162,15 +180,15 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
       GuardedBuffer buffer(row.cbBuffer);
       for (char* psz : {static_cast<char*>(nullptr), buffer.As<char>()}) {
         buffer.Set(bytes);
-        EXPECT_EQ(utRegGetPrivateUserString("sec", "v", row.pszDefault, psz, row.cbBuffer, "prod"),
+        ASSERT_EQ(utRegGetPrivateUserString("sec", "v", row.pszDefault, psz, row.cbBuffer, "prod"),
                   psz == nullptr ? 0 : length);
       }
-      EXPECT_EQ(buffer.Bytes(), expected);
+      ASSERT_EQ(buffer.Bytes(), expected);
       buffer.Set(bytes);
       auto* psz = buffer.As<char>();
       const auto code = utRegGetValueString(kUser, kPath, "v", row.pszDefault, psz, row.cbBuffer);
-      EXPECT_EQ(code, row.code);
-      EXPECT_EQ(buffer.Bytes(), expected);
+      ASSERT_EQ(code, row.code);
+      ASSERT_EQ(buffer.Bytes(), expected);
     }
   }
   GuardedBuffer buffer(6);
@@ -183,33 +201,33 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
 }
 
 TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
-  const HKEY u = kUser;
-  const auto& k = kPath;
   // clang-format off
-  const struct { std::function<DWORD(BOOL)> set; Value stored; } rows[] = {
-      {[&](BOOL f) { return utRegSetValueString(u, k, "v", "hello", f); }, {1, "hello\0"s}},
-      {[&](BOOL f) { return utRegSetValueString(u, k, "v", nullptr, f); }, {1, "\0"s}},
-      {[&](BOOL f) { return utRegSetValueDword(u, k, "v", 0x44332211, f); }, {4, "\x11\"3D"}},
-      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", ~0x7FFFFFFF, f); }, {3, "\1"}},
-      {[&](BOOL f) { return utRegSetValueBool(u, k, "v", 0, f); }, {3, "\0"s}},
-      {[&](BOOL) { return !utRegWritePrivateUserString("sec", "v", "", "prod"); }, {1, "\0"s}},
-      {[&](BOOL) { return !utRegWritePrivateUserDword("sec", "v", 5, "prod"); }, {4, "\5\0\0\0"s}},
-      {[&](BOOL) { return !utRegWritePrivateUserBool("sec", "v", 0x100, "prod"); }, {3, "\1"}},
-      {[&](BOOL) { return !utRegWritePrivateUserBinary("sec", "v", "a", 2, "prod"); }, {3, "a\0"s}},
+  const struct { std::function<DWORD(BOOL)> set; Value stored; DWORD withoutFlag = 0; } rows[] = {
+      {[&](BOOL f) { return utRegSetValueString(kUser, kPath, "v", "hello", f); }, {kSz, "hello\0"s}, kMissing},
+      {[&](BOOL f) { return utRegSetValueString(kUser, kPath, "v", nullptr, f); }, {kSz, "\0"s}, kMissing},
+      {[&](BOOL f) { return utRegSetValueDword(kUser, kPath, "v", 0x44332211, f); }, {kDword, "\x11\"3D"}, kMissing},
+      {[&](BOOL f) { return utRegSetValueBool(kUser, kPath, "v", 0x10000, f); }, {kBinary, "\1"}, kMissing},
+      {[&](BOOL f) { return utRegSetValueBool(kUser, kPath, "v", 0, f); }, {kBinary, "\0"s}, kMissing},
+      {[&](BOOL) { return !utRegWritePrivateUserString("sec", "v", "", "prod"); }, {kSz, "\0"s}},
+      {[&](BOOL) { return !utRegWritePrivateUserDword("sec", "v", 5, "prod"); }, {kDword, "\5\0\0\0"s}},
+      {[&](BOOL) { return !utRegWritePrivateUserBool("sec", "v", 0x10000, "prod"); }, {kBinary, "\1"}},
+      {[&](BOOL) { return !utRegWritePrivateUserBinary("sec", "v", "a", 2, "prod"); }, {kBinary, "a\0"s}},
+      {[&](BOOL) { return !utRegWritePrivateUserBinary("sec", "v", "a", 0, "prod"); }, {kBinary, ""}},
   };
   // clang-format on
   for (const auto& row : rows) {
-    if (&row < rows + 5) EXPECT_EQ(row.set(0), 2u);
-    for (const BOOL fCreate : {0x100, 0x10000}) {
-      EXPECT_EQ(row.set(fCreate), 0u);
+    SCOPED_TRACE("row " + std::to_string(&row - rows));
+    for (const BOOL fCreate : {0, 0x100, 0x10000}) {
+      ASSERT_EQ(row.set(fCreate), fCreate == 0 ? row.withoutFlag : 0);
+      if (fCreate == 0 && row.withoutFlag != 0) continue;
       char buffer[8];
       DWORD type = 0, size = sizeof buffer;
-      EXPECT_EQ(utRegGetPrivateUserBinary("sec", "v", &type, buffer, &size, "prod"), 0u);
-      EXPECT_EQ(Value(type, std::string(buffer, size)), row.stored);
-      EXPECT_EQ(utRegWritePrivateUserString("sec", "v", nullptr, "prod"), 1);
-      EXPECT_EQ(row.set(fCreate), 0u);
-      EXPECT_EQ(utRegWritePrivateUserBinary("sec", "v", nullptr, 9, "prod"), 1);
-      EXPECT_EQ(utRegDeletePrivateUserKey("sec", "prod"), 0u);
+      ASSERT_EQ(utRegGetPrivateUserBinary("sec", "v", &type, buffer, &size, "prod"), 0u);
+      ASSERT_EQ(Value(type, std::string(buffer, size)), row.stored);
+      ASSERT_EQ(utRegWritePrivateUserString("sec", "v", nullptr, "prod"), 1);
+      ASSERT_EQ(row.set(fCreate), 0u);
+      ASSERT_EQ(utRegWritePrivateUserBinary("sec", "v", nullptr, 9, "prod"), 1);
+      ASSERT_EQ(utRegDeletePrivateUserKey("sec", "prod"), 0u);
     }
   }
 }
@@ -221,27 +239,29 @@ TEST(PrivateSettings, StandBelowTheRootProductBeforeSection) {
       {"sec", nullptr, "Software\\Brindlex\\sec"}, {nullptr, nullptr, "Software\\Brindlex"},
       {"sec", "", "Software\\Brindlex\\\\sec"}, {"", "prod", "Software\\Brindlex\\prod\\"},
       {"", "", "Software\\Brindlex\\\\"}, {"a\\b", "c\\d", "Software\\Brindlex\\c\\d\\a\\b"},
+      {"\\a", "\\b\\", "Software\\Brindlex\\\\b\\\\\\a"},
   };
   // clang-format on
   for (const auto& row : rows) {
     const auto needed = static_cast<DWORD>(row.path.size() + 1);
     for (const DWORD size : {0u, needed - 1, needed, UT_SIZE_UNCHECKED}) {
       GuardedBuffer buffer(std::min(size, needed));
-      EXPECT_EQ(utRegPathBrindlexSoftware(buffer.As<char>(), size, row.section, row.product),
+      ASSERT_EQ(utRegPathBrindlexSoftware(buffer.As<char>(), size, row.section, row.product),
                 size >= needed);
-      if (size < needed) EXPECT_TRUE(buffer.IsUntouched());
-      if (size >= needed) EXPECT_EQ(buffer.Bytes(), test::BytesOf(row.path));
+      if (size < needed) ASSERT_TRUE(buffer.IsUntouched());
+      if (size >= needed) ASSERT_EQ(buffer.Bytes(), test::BytesOf(row.path));
     }
-    EXPECT_EQ(utRegPathBrindlexSoftware(nullptr, needed, row.section, row.product), 0);
+    ASSERT_EQ(utRegPathBrindlexSoftware(nullptr, needed, row.section, row.product), 0);
   }
 }
 
 // Every setting call with the given parts of the path; returns the results and what the calls left
 // in the caller's variables.
 std::vector<DWORD> CallAll(const char* s, const char* p) {
-  DWORD type = 111, size = 0;
-  char buffer[4] = "???";
-  HKEY key = nullptr;
+  DWORD type1 = 111, type2 = 222, size = 8, data = 333;
+  char text[4] = "???";
+  const auto untouched = reinterpret_cast<HKEY>(&type1);
+  HKEY key = untouched;
   std::vector<DWORD> results;
   const auto add = [&](auto result) { results.push_back(static_cast<DWORD>(result)); };
   add(utRegWritePrivateUserString(s, "v", "text", p));
@@ -249,24 +269,25 @@ std::vector<DWORD> CallAll(const char* s, const char* p) {
   add(utRegWritePrivateUserBool(s, "v", 9, p));
   add(utRegWritePrivateUserDword(s, "v", 5, p));
   add(utRegVerifyPrivateUserKey(s, p));
-  add(utRegVerifyPrivateUserValue(s, "v", p, &type));
-  add(utRegGetPrivateUserString(s, "v", "d", buffer, 4, p));
+  add(utRegVerifyPrivateUserValue(s, "v", p, &type1));
+  add(utRegGetPrivateUserString(s, "v", "d", text, 4, p));
   add(utRegGetPrivateUserDword(s, "v", 77, p));
   add(utRegGetPrivateUserBool(s, "v", 55, p));
-  add(utRegGetPrivateUserBinary(s, "v", nullptr, nullptr, &size, p));
+  add(utRegGetPrivateUserBinary(s, "v", &type2, &data, &size, p));
   add(utRegOpenPrivateUserKey(s, p, KEY_READ, &key));
-  if (key != nullptr) RegCloseKey(key);
+  if (key != untouched) RegCloseKey(key);
   add(utRegDeletePrivateUserValue(s, "v", p));
   add(utRegWritePrivateUserString(s, "v", nullptr, p));
   add(utRegWritePrivateUserBinary(s, "v", nullptr, 9, p));
   add(utRegDeletePrivateUserKey(s, p));
-  for (const DWORD left : {type, size, static_cast<DWORD>(buffer[0])}) add(left);
+  results.insert(results.end(), {type1, type2, size, data, DWORD(text[0]), key == untouched});
   return results;
 }
 
 TEST(PrivateSettings, ReachNothingWithAPathThatDoesNotFit) {
-  const std::vector<DWORD> fits = {1, 1, 1, 1, 1, 1, 1, 5, 1, 0, 0, 1, 0, 0, 0, 4, 4, 'd'};
-  const std::vector<DWORD> none = {0, 0, 0, 0, 0, 0, 0, 77, 55, 87, 2, 0, 0, 0, 87, 111, 0, '?'};
+  const std::vector<DWORD> fits = {1, 1, 1, 1, 1, 1, 1, 5, 1, 0, 0, 1, 0, 0, 0, 4, 4, 4, 5, 'd', 0};
+  const std::vector<DWORD> none = {0, 0, 0, 0,    0,   0,   0, 77,  55,  kBad, kMissing,
+                                   0, 0, 0, kBad, 111, 222, 8, 333, '?', 1};
   const std::string part(120, 'x'), longer(121, 'y');
   EXPECT_EQ(CallAll("sec", "prod"), fits);
   EXPECT_EQ(CallAll(part.c_str(), part.c_str()), fits);
@@ -278,115 +299,61 @@ TEST(PrivateSettings, ReachNothingWithAPathThatDoesNotFit) {
   EXPECT_EQ(calls, "");
 }
 
-std::string PathOf(const char* product, const char* section) {
-  char path[100];
-  utRegPathBrindlexSoftware(path, sizeof path, section, product);
-  return path;
-}
+struct Setting {
+  const char *section, *product, *name;
 
-// What a value gives as a boolean.
-BOOL BoolOf(const Value& value, BOOL fDefault) {
-  const auto& [type, data] = value;
-  if (data.size() > 48 || data.empty()) return fDefault;
-  if (type == REG_BINARY) return data[0] != 0;
-  if (type == REG_DWORD && data.size() >= 4) return data.substr(0, 4) != "\0\0\0\0"s;
-  if (type != REG_SZ) return fDefault;
-  const auto text = host::FoldName(data.c_str());
-  for (const char* yes : {"TRUE", "YES", "ON", "1"})
-    if (text == yes) return 1;
-  for (const char* no : {"FALSE", "NO", "OFF", "0"})
-    if (text == no) return 0;
-  return fDefault;
-}
-
-// What a read as a text leaves in a buffer: the value where it fits, and over it, unless it is a
-// text, as much of the default as fits, with a second zero where there is room.
-std::string BufferWith(const Value* value, const char* pszDefault, std::string buffer) {
-  const auto put = [&](std::string bytes, std::size_t zeros) {
-    bytes.append(zeros, 0).resize(std::min(bytes.size(), buffer.size()));
-    buffer.replace(0, bytes.size(), bytes);
-  };
-  const bool fits = value != nullptr && value->second.size() <= buffer.size();
-  if (fits) put(value->second, 0);
-  if ((fits && value->first == REG_SZ) || buffer.empty()) return buffer;
-  const auto text = ""s + (pszDefault == nullptr ? "" : pszDefault);
-  put(text.substr(0, buffer.size() - 1), pszDefault == nullptr ? 1 : 2);
-  return buffer;
-}
-
-PROPERTY(PrivateSettings, LiveAsAMap, 80) {
-  const std::vector<const char*> sections = {nullptr, "", "s", "S", "s\\t", "u"};
-  const std::vector<const char*> products = {nullptr, "", "p", "P", "q\\r"};
-  const std::vector<const char*> names = {nullptr, "", "v", "V", "w\\x"};
-  const std::vector<std::string> texts = {
-      "", "on", "nO", "1", "longer than eight", std::string(60, 'x')};
-  std::map<std::string, Value> model;
-  for (int step = 0; choices.More(); ++step) {
-    const char* section = choices.Of(sections);
-    const char* product = choices.Of(products);
-    const char* name = choices.Of(names);
-    const auto text = choices.Of(texts);
-    // Upper case, and an empty part counts for nothing.
+  // Where it is: upper case, and an empty part of the path counts for nothing.
+  std::string Place() const {
     std::string place;
     for (const char* part : {product, section}) {
       if (part != nullptr && *part != 0) place += host::FoldName(part) + '\\';
     }
-    place += '=' + host::FoldName(name == nullptr ? "" : name);
-    const bool wasThere = model.contains(place);
-    SCOPED_TRACE(std::to_string(step) + ": " + place);
+    return place + '=' + host::FoldName(name == nullptr ? "" : name);
+  }
+};
 
-    const auto kind = choices.Below(8);
-    if (kind == 0) {
-      EXPECT_EQ(utRegWritePrivateUserString(section, name, text.c_str(), product), 1);
-      model[place] = {REG_SZ, text + '\0'};
-    } else if (kind == 1) {
-      EXPECT_EQ(utRegWritePrivateUserDword(section, name, 0x12345678, product), 1);
-      model[place] = {REG_DWORD, "\x78\x56\x34\x12"};
-    } else if (kind == 2) {
-      const BOOL value = choices.Of<BOOL>({0, 1, 0x100});
-      EXPECT_EQ(utRegWritePrivateUserBool(section, name, value, product), 1);
-      model[place] = {REG_BINARY, std::string(1, value != 0)};
-    } else if (kind == 3) {
-      const auto path = PathOf(product, section);
-      const auto type = choices.Of<DWORD>({REG_BINARY, REG_SZ, REG_DWORD, REG_EXPAND_SZ, 99});
-      const auto data =
-          choices.Text<char>({0, 1, 'O', 'n', 'N', '\x81'}, choices.Of<unsigned>({5, 60}));
-      Put(path.c_str(), name, type, data);
-      model[place] = {type, data};
-    } else if (kind == 4) {
-      EXPECT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), wasThere);
-      model.erase(place);
-    }
+// Writes a setting, deletes it or leaves it alone, and the model of all settings likewise.
+void Change(test::Choices& choices, const Setting& setting, std::map<std::string, Value>& model) {
+  enum { kText, kBytes, kDeletion, kNone };
+  const auto& [section, product, name] = setting;
+  const int change = choices.Of<int>({kText, kBytes, kDeletion, kNone});
+  const auto data = choices.Text<char>({0, 'O', '\x81'}, choices.Of<unsigned>({5, 60}));
+  if (change == kText) {
+    ASSERT_EQ(utRegWritePrivateUserString(section, name, data.c_str(), product), 1);
+    model[setting.Place()] = {REG_SZ, data.c_str() + "\0"s};
+  } else if (change == kBytes) {
+    ASSERT_EQ(utRegWritePrivateUserBinary(section, name, data.data(), data.size(), product), 1);
+    model[setting.Place()] = {REG_BINARY, data};
+  } else if (change == kDeletion) {
+    const bool wasThere = model.erase(setting.Place()) != 0;
+    ASSERT_EQ(utRegWritePrivateUserString(section, name, nullptr, product), wasThere);
+  }
+}
 
-    const bool isThere = model.contains(place);
-    const Value* value = isThere ? &model[place] : nullptr;
-    GuardedBuffer buffer(choices.Below(64));
-    DWORD type = 99, size = buffer.size();
-    const DWORD code =
-        utRegGetPrivateUserBinary(section, name, &type, buffer.data(), &size, product);
-    const bool fits = isThere && value->second.size() <= buffer.size();
-    EXPECT_EQ(code, fits ? 0u : isThere ? 234u : 2u);
-    EXPECT_EQ(type, isThere ? value->first : 99);
-    if (isThere) EXPECT_EQ(size, value->second.size());
-    if (fits) EXPECT_EQ(std::memcmp(buffer.data(), value->second.data(), size), 0);
-    EXPECT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), isThere);
-    DWORD number = 9;
-    if (isThere && value->first == REG_DWORD && value->second.size() <= 4) {
-      number = 0;
-      std::memcpy(&number, value->second.data(), value->second.size());
-    }
-    EXPECT_EQ(utRegGetPrivateUserDword(section, name, 9, product), number);
-    EXPECT_EQ(utRegGetPrivateUserBool(section, name, 55, product),
-              isThere ? BoolOf(*value, 55) : 55);
-    const char* pszDefault = choices.Of<const char*>({nullptr, "", "none"});
-    buffer.Refill();
-    const std::string before(buffer.size(), static_cast<char>(test::kPattern));
-    const auto after = BufferWith(value, pszDefault, before);
-    const bool isRead = fits && value->first == REG_SZ;
-    EXPECT_EQ(utRegGetPrivateUserString(section, name, pszDefault, buffer.As<char>(), buffer.size(),
-                                        product),
-              std::min(after.find('\0'), isRead ? value->second.size() : after.size()));
-    EXPECT_EQ(std::string(buffer.As<char>(), buffer.size()), after);
+// Reads a setting as it is stored; its value is NULL if there is none.
+void CheckReads(test::Choices& choices, const Setting& setting, const Value* value) {
+  const auto& [section, product, name] = setting;
+  GuardedBuffer buffer(choices.Below(64));
+  const bool fits = value != nullptr && value->second.size() <= buffer.size();
+  DWORD type = 99, size = buffer.size();
+  const DWORD code = fits ? 0 : value != nullptr ? kMoreData : kMissing;
+  ASSERT_EQ(utRegGetPrivateUserBinary(section, name, &type, buffer.data(), &size, product), code);
+  if (fits) ASSERT_EQ(Value(type, std::string(buffer.As<char>(), size)), *value);
+  ASSERT_EQ(utRegVerifyPrivateUserValue(section, name, product, nullptr), value != nullptr);
+}
+
+PROPERTY(PrivateSettings, LiveAsAMap, 80) {
+  std::map<std::string, Value> model;
+  for (int step = 0; choices.More() && !testing::Test::HasFailure(); ++step) {
+    const Setting setting = {
+        .section = choices.Of<const char*>({nullptr, "", "s", "S", "s\\t", "u"}),
+        .product = choices.Of<const char*>({nullptr, "", "p", "P", "q\\r"}),
+        .name = choices.Of<const char*>({nullptr, "", "v", "V", "w\\x"}),
+    };
+    SCOPED_TRACE(std::to_string(step) + ": " + setting.Place());
+    Change(choices, setting, model);
+    const auto found = model.find(setting.Place());
+    CheckReads(choices, setting, found == model.end() ? nullptr : &found->second);
   }
 }
 

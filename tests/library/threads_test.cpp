@@ -1,5 +1,6 @@
 // Calls on different data from several threads at once: what a checker of threads watches.
 #include <gtest/gtest.h>
+#include <host.h>
 #include <tavkit.h>
 
 #include <thread>
@@ -9,42 +10,56 @@
 namespace {
 
 constexpr char kMarks[] = "abcd";  // one for each thread, in all that it works on
-constexpr int kTurns = 20;
+constexpr int kTurns = 40;
+
+// A text on the stack of a thread. The library reads whole aligned blocks of 16 bytes, so the blocks
+// of a text hold nothing else: on the heap they could hold what another thread writes.
+template <class Char, std::size_t kSize>
+struct alignas(16) Block {
+  Char units[kSize] = {};
+  static_assert(sizeof(Char[kSize]) % 16 == 0);
+  operator Char*() { return units; }
+};
 
 template <class Form>
 std::string WorkOnTexts(char mark) {
   using Char = typename Form::Char;
-  Char block[256] = {}, server[16], resource[16], path[16];
-  const auto name = test::Text<Form>(std::string("\\\\srv") + mark + "\\res\\p" + mark);
-  Form::BreakUNCName(name.c_str(), server, sizeof server, resource, sizeof resource, path,
-                     sizeof path);
-  for (const auto* part : {server, resource, path}) {
+  Block<Char, 256> block;
+  Block<Char, 16> name, server, resource, path;
+  const auto text = test::Text<Form>(std::string("\\\\srv") + mark + "\\res\\p" + mark);
+  std::copy(text.begin(), text.end(), name.units);
+  Form::BreakUNCName(name, server, sizeof server, resource, sizeof resource, path, sizeof path);
+  for (const auto* part : {server.units, resource.units, path.units}) {
     Form::AppendMultiAsciiz(part, block, sizeof block);
     Form::InsertMultiAsciiz(part, block, block, sizeof block);
   }
   Form::RemoveMultiAsciiz(block, 1);
   Form::FindChar(Form::NextAsciiz(block), mark)[0] = '-';
   Form::BuildUNCName(block + 40, 80, Form::CharNull(block), block, path);
-  Form::ConvertServerName(block + 80, 0);
-  return {block, block + sizeof block / sizeof(Char)};
+  Form::ConvertServerName(server, UT_SERVERNAME_UNC);
+  std::string result(block.units, block.units + 256);
+  return result.append(server.units, server.units + 16);
 }
 
 std::string WorkOnSettings(char mark) {
-  const char section[] = {mark, 0};
-  char text[16] = {}, digits[] = {mark, '0', mark, 0}, name[32] = {};
+  Block<char, 16> section = {{mark}}, text, digits = {{mark, '0', mark}};
+  Block<char, 32> name;
   utRegWritePrivateUserString(section, "name", section, "Threads");
   utRegWritePrivateUserDword(section, "number", utAtoX(digits), "Threads");
+  utRegWritePrivateUserString(section, "flag", mark % 2 != 0 ? "yes" : "no", "Threads");
   utRegGetPrivateUserString(section, "name", "", text, sizeof text, "Threads");
   const DWORD number = utRegGetPrivateUserDword(section, "number", 0, "Threads");
+  const WORD flag = utRegGetPrivateUserBool(section, "flag", 2, "Threads");
   utRegDeletePrivateUserKey(section, "Threads");
   utDayOfWeekName(name, sizeof name, static_cast<WORD>(mark % 7), 0);
-  return text + std::to_string(number) + name;
+  return text.units + std::to_string(number) + std::to_string(flag) + name.units;
 }
 
 std::string WorkOnBlocks(char mark) {
-  char remote[] = {mark, 'r', 0};
+  Block<char, 16> remote = {{mark, 'r'}};
+  Block<BYTE, 128> buffer;
   const NETRESOURCEA source = {1, 2, 3, 4, nullptr, remote, remote, nullptr};
-  const HXBUF hXBuf = utXBufCreate(128, nullptr);
+  const HXBUF hXBuf = utXBufCreate(sizeof buffer, buffer);
   void* copy = nullptr;
   utXBufCopyStringTo(hXBuf, UT_XBUF_BACK, remote, &copy);
   utCopyNETRESOURCE_XBuffer(&source, hXBuf, UT_NR_ALL, nullptr);
@@ -64,16 +79,21 @@ std::string Work(char mark) {
 }
 
 TEST(Threads, GetWhatEachWouldGetAlone) {
+  std::vector<std::string> expected;
+  for (int i = 0; kMarks[i] != 0; ++i) expected.push_back(Work(kMarks[i]));
   std::vector<std::thread> threads;
-  bool ok[sizeof kMarks] = {};
-  for (int i = 0; kMarks[i] != 0; ++i) {
-    threads.emplace_back([&good = ok[i], mark = kMarks[i], expected = Work(kMarks[i])] {
-      good = true;
-      for (int turn = 0; turn < kTurns; ++turn) good &= Work(mark) == expected;
+  host::ShowCalls([](const host::Call&) { std::this_thread::yield(); });
+  std::vector<int> mistakes(expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    threads.emplace_back([&, i] {
+      int count = 0;
+      for (int turn = 0; turn < kTurns; ++turn) count += Work(kMarks[i]) != expected[i];
+      mistakes[i] = count;
     });
   }
   for (auto& thread : threads) thread.join();
-  for (std::size_t i = 0; i < threads.size(); ++i) EXPECT_TRUE(ok[i]) << kMarks[i];
+  host::ShowCalls(nullptr);
+  for (std::size_t i = 0; i < threads.size(); ++i) EXPECT_EQ(mistakes[i], 0) << kMarks[i];
 }
 
 }  // namespace

@@ -35,11 +35,20 @@ struct Model {
   void Check(HXBUF hXBuf) const {
     BYTE* const pFree = Free() ? pBuffer + cbFront : nullptr;
     BYTE* const pBack = cbBack ? pBuffer + cbBuffer - cbBack : nullptr;
-    const BYTE* blocks[] = {pBuffer, cbFront ? pBuffer : nullptr, pBack, pFree, nullptr};
-    const DWORD sizes[] = {cbBuffer, cbFront, cbBack, Free(), 0};
-    for (DWORD i = 0; i < 5; ++i) {
-      EXPECT_EQ(CallWithWords(utXBufGetBlock, hXBuf, 0x00010000u | i), blocks[i]) << i;
-      EXPECT_EQ(CallWithWords(utXBufGetBlockSize, hXBuf, 0x00010000u | i), sizes[i]) << i;
+    const struct {
+      DWORD selector;
+      const BYTE* pBlock;
+      DWORD cbBlock;
+    } rows[] = {{UT_XBUF_BLOCK_BUFFER, pBuffer, cbBuffer},
+                {UT_XBUF_BLOCK_FRONT, cbFront ? pBuffer : nullptr, cbFront},
+                {UT_XBUF_BLOCK_BACK, pBack, cbBack},
+                {UT_XBUF_BLOCK_FREE, pFree, Free()},
+                {4, nullptr, 0},
+                {8, nullptr, 0},
+                {0x100, nullptr, 0}};
+    for (const auto& [selector, pBlock, cbBlock] : rows) {
+      EXPECT_EQ(CallWithWords(utXBufGetBlock, hXBuf, 0x10000 | selector), pBlock) << selector;
+      EXPECT_EQ(CallWithWords(utXBufGetBlockSize, hXBuf, 0x10000 | selector), cbBlock) << selector;
     }
     EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), cbFront + cbBack);
     const std::uintptr_t fields[] = {UT_XBUF_SIGNATURE,
@@ -51,18 +60,22 @@ struct Model {
                                      cbBack,
                                      owns};
     if (sizeof(void*) == sizeof(DWORD)) EXPECT_EQ(std::memcmp(hXBuf, fields, sizeof fields), 0);
-    EXPECT_TRUE(std::equal(bytes.begin(), bytes.end(), pBuffer));
+    EXPECT_TRUE(test::SameBytes({pBuffer, pBuffer + bytes.size()}, bytes));
   }
 };
+
+// What gives a block, and the size of its terminator.
+enum class Source { kReservation, kBytes, kString, kWideString };
+constexpr DWORD kTerminator[] = {0, 0, 1, 2};
 
 // One XBuf, its model, and steps that do the same to both.
 class XBufWalk {
  public:
   // It begins with an XBuf that got no buffer: of no size, at any address, or of no memory.
   explicit XBufWalk(test::Choices& choices) : choices_(choices) {
-    const unsigned kind = choices.Below(3);
-    host::FailCall(kind == 2 ? 2 : 0, 0, "LocalAlloc");
-    hXBuf_ = utXBufCreate(kind == 2 ? 8 : 0, kind == 1 ? this : nullptr);
+    const bool lacksMemory = choices.Below(3) == 0, hasAddress = choices.Below(2) != 0;
+    host::FailCall(lacksMemory ? 2 : 0, 0, "LocalAlloc");
+    hXBuf_ = utXBufCreate(lacksMemory ? 8 : 0, hasAddress && !lacksMemory ? this : nullptr);
     host::FailCall(0);
     model_.Check(hXBuf_);
   }
@@ -71,8 +84,20 @@ class XBufWalk {
     for (void* block : own_) LocalFree(block);
   }
   void Step() {
-    const unsigned kind = choices_.Below(16);
-    kind == 0 ? UseBuffer() : kind == 1 ? SetOwner() : kind < 4 ? SetSpaceUsed() : Place();
+    switch (choices_.Below(16)) {
+      case 0:
+        UseBuffer();
+        break;
+      case 1:
+        SetOwner();
+        break;
+      case 2:
+      case 3:
+        SetSpaceUsed();
+        break;
+      default:
+        Place();
+    }
     model_.Check(hXBuf_);
   }
 
@@ -94,7 +119,7 @@ class XBufWalk {
     if (works) model_ = {block, cb, 0, 0, isOwned, std::vector<BYTE>(cb, isOwned ? 0 : 0xA5)};
   }
   void SetOwner() {
-    const DWORD owner = choices_.Of<DWORD>({0, 1, 0x80000000u});
+    const DWORD owner = choices_.Of<DWORD>({0, 1, 0x100, 0x10000, 0x80000000u});
     utXBufSetOwner(hXBuf_, owner);
     if (model_.pBuffer == nullptr) return;
     std::erase(own_, model_.pBuffer);
@@ -109,21 +134,33 @@ class XBufWalk {
   }
   // A reservation, or one of the three copies, with garbage above the side's 16 bits.
   void Place() {
-    const DWORD kind = choices_.Below(4);
-    const DWORD cb = kind < 2 ? AnySize() : (1 + choices_.Below(9)) * (kind - 1);
+    const auto kind = Source(choices_.Below(4));
+    const DWORD terminator = kTerminator[int(kind)];
+    const DWORD cb = terminator ? (1 + choices_.Below(9)) * terminator : AnySize();
     const DWORD side = choices_.Below(2) * 0x10000u + choices_.Of<DWORD>({0, 0, 1, 1, 2, 0x100});
     GuardedBuffer source(cb < 100 ? cb : 0);
-    if (kind >= 2) std::memset(source.data() + cb - (kind - 1), 0, kind - 1);
-    void* from = kind != 0 && choices_.Below(8) == 0 ? nullptr : source.data();
+    std::memset(source.data() + source.size() - terminator, 0, terminator);
+    const bool copies = kind != Source::kReservation;
+    const void* from = copies && choices_.Below(8) == 0 ? nullptr : source.data();
     BYTE* expected = from ? model_.Take(static_cast<WORD>(side), cb) : nullptr;
-    if (expected && kind != 0) std::memcpy(&model_.bytes[expected - model_.pBuffer], from, cb);
+    if (expected && copies) std::memcpy(&model_.bytes[expected - model_.pBuffer], from, cb);
     LPVOID block = this;
     LPVOID* ppBlock = choices_.Below(8) != 0 ? &block : nullptr;
-    const BOOL result = kind == 0   ? CallWithWords(utXBufReserveBlock, hXBuf_, side, cb, ppBlock)
-                        : kind == 1 ? CallWithWords(utXBufCopyTo, hXBuf_, side, from, cb, ppBlock)
-                        : kind == 2
-                            ? CallWithWords(utXBufCopyStringTo, hXBuf_, side, from, ppBlock)
-                            : CallWithWords(utXBufCopyWideStringTo, hXBuf_, side, from, ppBlock);
+    BOOL result = -1;
+    switch (kind) {
+      case Source::kReservation:
+        result = CallWithWords(utXBufReserveBlock, hXBuf_, side, cb, ppBlock);
+        break;
+      case Source::kBytes:
+        result = CallWithWords(utXBufCopyTo, hXBuf_, side, from, cb, ppBlock);
+        break;
+      case Source::kString:
+        result = CallWithWords(utXBufCopyStringTo, hXBuf_, side, from, ppBlock);
+        break;
+      case Source::kWideString:
+        result = CallWithWords(utXBufCopyWideStringTo, hXBuf_, side, from, ppBlock);
+    }
+    SCOPED_TRACE(testing::Message() << "source " << int(kind) << ", side " << side << ", " << cb);
     EXPECT_EQ(result, from == nullptr || cb == 0 || expected != nullptr);
     EXPECT_EQ(block, ppBlock ? expected : static_cast<LPVOID>(this));
   }
@@ -136,7 +173,7 @@ class XBufWalk {
 
 PROPERTY(XBuf, AgreesWithTheModelAfterEveryStep, 80) {
   XBufWalk walk(choices);
-  for (int step = 0; choices.More() && !testing::Test::HasFailure(); ++step) {
+  for (int step = 0; choices.More(); ++step) {
     SCOPED_TRACE(testing::Message() << "step " << step);
     walk.Step();
   }
@@ -157,33 +194,71 @@ TEST(XBuf, AllocatesAndFreesInOrder) {
                 Line("LocalFree", hXBuf));
 }
 
+TEST(XBuf, FreesNoMissingBuffer) {
+  const HXBUF hXBuf = utXBufCreate(0, nullptr);
+  host::StartJournal();
+  for (const bool isLast : {false, true}) {
+    const DWORD owns = 1;
+    std::memcpy(reinterpret_cast<BYTE*>(hXBuf) + kObject - sizeof owns, &owns, sizeof owns);
+    isLast ? utXBufDestroy(hXBuf) : void(utXBufUseBuffer(hXBuf, 0, nullptr));
+  }
+  EXPECT_EQ(test::Text(host::TakeJournal()), Line("LocalFree", hXBuf));
+}
+
+// A buffer of nearly 4 GiB that isn't there: only a copy touches one.
+TEST(XBuf, CountsIn32Bits) {
+  auto* const pBuffer = reinterpret_cast<BYTE*>(16);
+  const DWORD cbBuffer = 0xFFFFFFE0, cbBlock = 0x80000001;
+  const HXBUF hXBuf = utXBufCreate(cbBuffer, pBuffer);
+  LPVOID pFront = nullptr, pBack = nullptr;
+  EXPECT_EQ(utXBufReserveBlock(hXBuf, UT_XBUF_FRONT, cbBlock, &pFront), 1);
+  EXPECT_EQ(pFront, pBuffer);
+  EXPECT_EQ(utXBufReserveBlock(hXBuf, UT_XBUF_BACK, cbBlock, &pBack), 0);
+  EXPECT_EQ(utXBufReserveBlock(hXBuf, UT_XBUF_BACK, cbBuffer - cbBlock - 1, &pBack), 1);
+  EXPECT_EQ(pBack, pBuffer + cbBlock + 1);
+  EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_FREE), 1u);
+  EXPECT_EQ(utXBufSetSpaceUsed(hXBuf, cbBlock, cbBlock), 0);
+  EXPECT_EQ(utXBufSetSpaceUsed(hXBuf, 0xFFFFFFF0, 0x20), 0);
+  utXBufDestroy(hXBuf);
+}
+
+void CheckRefused(HXBUF hXBuf) {
+  SCOPED_TRACE(hXBuf);
+  void* const mark = &hXBuf;
+  host::StartJournal();
+  utXBufDestroy(hXBuf);
+  utXBufSetOwner(hXBuf, 1);
+  EXPECT_EQ(utXBufUseBuffer(hXBuf, 8, nullptr), 0);
+  EXPECT_EQ(utXBufSetSpaceUsed(hXBuf, 0, 0), 0);
+  EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), 0u);
+  EXPECT_EQ(utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER), nullptr);
+  EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_BUFFER), 0u);
+  for (const bool isData : {false, true}) {
+    LPVOID blocks[] = {mark, mark, mark, mark, mark};
+    EXPECT_EQ(utXBufReserveBlock(hXBuf, UT_XBUF_BACK, isData, &blocks[0]), 0);
+    EXPECT_EQ(utXBufCopyTo(hXBuf, UT_XBUF_BACK, "a", isData, &blocks[1]), !isData);
+    EXPECT_EQ(utXBufCopyTo(hXBuf, 2, isData ? "a" : nullptr, 1, &blocks[2]), !isData);
+    EXPECT_EQ(utXBufCopyStringTo(hXBuf, 2, isData ? "" : nullptr, &blocks[3]), !isData);
+    EXPECT_EQ(utXBufCopyWideStringTo(hXBuf, 2, isData ? u"" : nullptr, &blocks[4]), !isData);
+    EXPECT_THAT(blocks, testing::ElementsAre(mark, nullptr, nullptr, nullptr, nullptr));
+  }
+  for (const auto& call : host::TakeJournal()) EXPECT_EQ(call.operation, "lstrlenA");
+}
+
 TEST(XBuf, RefusesWhatIsNoLivingObject) {
   const HXBUF destroyed = utXBufCreate(8, nullptr);
   utXBufDestroy(destroyed);  // its bytes stay readable here
-  GuardedBuffer odd(5);      // at an odd address, with nothing behind that may be read
-  const DWORD wrong = UT_XBUF_SIGNATURE ^ 0x80000000u;
-  std::memcpy(odd.data(), &wrong, sizeof wrong);
-  host::StartJournal();
-  for (const HXBUF hXBuf : {HXBUF{}, destroyed, odd.As<HXBUF__>()}) {
-    SCOPED_TRACE(hXBuf);
-    utXBufDestroy(hXBuf);
-    utXBufSetOwner(hXBuf, 1);
-    EXPECT_EQ(utXBufUseBuffer(hXBuf, 8, nullptr), 0);
-    EXPECT_EQ(utXBufSetSpaceUsed(hXBuf, 0, 0), 0);
-    EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), 0u);
-    EXPECT_EQ(utXBufGetBlock(hXBuf, UT_XBUF_BLOCK_BUFFER), nullptr);
-    EXPECT_EQ(utXBufGetBlockSize(hXBuf, UT_XBUF_BLOCK_BUFFER), 0u);
-    for (const bool isData : {false, true}) {
-      LPVOID blocks[] = {&odd, &odd, &odd, &odd, &odd};
-      EXPECT_EQ(utXBufReserveBlock(hXBuf, UT_XBUF_BACK, isData, &blocks[0]), 0);
-      EXPECT_EQ(utXBufCopyTo(hXBuf, UT_XBUF_BACK, "a", isData, &blocks[1]), !isData);
-      EXPECT_EQ(utXBufCopyTo(hXBuf, 2, isData ? "a" : nullptr, 1, &blocks[2]), !isData);
-      EXPECT_EQ(utXBufCopyStringTo(hXBuf, 2, isData ? "" : nullptr, &blocks[3]), !isData);
-      EXPECT_EQ(utXBufCopyWideStringTo(hXBuf, 2, isData ? u"" : nullptr, &blocks[4]), !isData);
-      EXPECT_THAT(blocks, testing::ElementsAre(&odd, nullptr, nullptr, nullptr, nullptr));
-    }
+  DWORD signature = 1;
+  std::memcpy(&signature, destroyed, sizeof signature);
+  EXPECT_EQ(signature, 0u);
+  for (const DWORD wrong : {0x80u, 0x8000u, 0x800000u, 0x80000000u, UT_XBUF_SIGNATURE + 0u}) {
+    GuardedBuffer odd(5);  // at an odd address, and nothing that follows it may be read
+    signature = UT_XBUF_SIGNATURE ^ wrong;
+    std::memcpy(odd.data(), &signature, sizeof signature);
+    CheckRefused(odd.As<HXBUF__>());
   }
-  for (const auto& call : host::TakeJournal()) EXPECT_EQ(call.operation, "lstrlenA");
+  CheckRefused(nullptr);
+  CheckRefused(destroyed);
 }
 
 }  // namespace

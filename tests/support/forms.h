@@ -1,5 +1,6 @@
 // The byte form and the wide form of the exports, so that one test text drives both: a typed test
-// takes ByteForm or WideForm and calls Form::FindChar, which is utFindChar or utFindCharW.
+// takes ByteForm or WideForm and calls Form::FindChar, which is utFindChar or utFindCharW. The
+// pairs are generated from the declarations.
 #ifndef TESTS_SUPPORT_FORMS_H
 #define TESTS_SUPPORT_FORMS_H
 
@@ -11,33 +12,20 @@
 
 namespace test {
 
-// clang-format off
-#define TEST_OPERATIONS(X)                                                                         \
-  X(CharNext) X(CharPrev) X(CharLast) X(CharNull) X(FindChar) X(FindRevChar) X(TruncateAtChar)     \
-  X(SkipLeadChar) X(CountLeadChar) X(TrimChar) X(StringSize) X(IsNullOrEmptyString)                \
-  X(CopyMakeAsciiz) X(CopyString) X(CopyNonNullString)                                             \
-  X(MultiAsciizSize) X(MultiAsciizStringCount) X(NextAsciiz) X(CopyNextAsciiz)                     \
-  X(AppendMultiAsciiz) X(ScanMultiAsciiz) X(InsertMultiAsciiz) X(RemoveMultiAsciiz)                \
-  X(Array2MultiAsciiz) X(MultiAsciiz2Array)                                                        \
-  X(AppendPathComponent) X(BreakUNCName) X(SearchUNCName) X(CheckUNCName) X(BuildUNCName)          \
-  X(ServerName) X(ConvertServerName) X(ExtractServer) X(ExtractServerResource)                     \
-  X(SizeNETRESOURCE) X(VarSizeNETRESOURCE) X(CopyNETRESOURCE)
-// clang-format on
-
 struct ByteForm {
   using Char = CHAR;
   static constexpr bool kIsWide = false;
-#define TEST_BYTE(operation) static constexpr auto* operation = &ut##operation;
-  TEST_OPERATIONS(TEST_BYTE)
-#undef TEST_BYTE
+#define UT_PAIR(operation, byteName, wideName) static constexpr auto* operation = &byteName;
+#include <pairs.inc>
+#undef UT_PAIR
 };
 
 struct WideForm {
   using Char = WCHAR;
   static constexpr bool kIsWide = true;
-#define TEST_WIDE(operation) static constexpr auto* operation = &ut##operation##W;
-  TEST_OPERATIONS(TEST_WIDE)
-#undef TEST_WIDE
+#define UT_PAIR(operation, byteName, wideName) static constexpr auto* operation = &wideName;
+#include <pairs.inc>
+#undef UT_PAIR
 };
 
 using Forms = ::testing::Types<ByteForm, WideForm>;
@@ -49,8 +37,8 @@ struct FormNames {
   }
 };
 
-// A text in the units of a form, one for each byte. In place of those above 0x7F stand wide units
-// whose low byte is a character that they must not be taken for.
+// A text in the units of a form, one for each byte. Those above 0x7F become wide units whose low
+// byte is a character, or a zero, that they must not be taken for.
 template <class Form>
 std::basic_string<typename Form::Char> Text(std::string_view text) {
   std::basic_string<typename Form::Char> units(text.begin(), text.end());
@@ -66,14 +54,21 @@ constexpr DWORD Size(DWORD units) {
   return units * static_cast<DWORD>(sizeof(typename Form::Char));
 }
 
+// A call as text, for what a failure says of it: the export of a form, and its arguments.
+template <class Form, class... Arguments>
+std::string CallText(const std::string& operation, const Arguments&... arguments) {
+  std::string text = "ut" + operation + (Form::kIsWide ? "W(" : "(");
+  const char* separator = "";
+  ((text += separator + testing::PrintToString(arguments), separator = ", "), ...);
+  return text + ')';
+}
+
 // Calls an export with 32-bit words in the place of its arguments, as a caller may that has
 // something above the low 16 bits of a 16-bit argument.
 template <class Result, class... Parameters, class... Words>
 [[clang::no_sanitize("function")]] Result CallWithWords(Result(UT_API* function)(Parameters...),
                                                         Words... words) {
   static_assert(sizeof...(Parameters) == sizeof...(Words));
-  // At 64 bits the caller narrows: nothing can stand above the low bits there.
-  if constexpr (sizeof(void*) != 4) return function((Parameters)(words)...);
   return reinterpret_cast<Result(UT_API*)(Words...)>(reinterpret_cast<void*>(function))(words...);
 }
 

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <utility>
 
 #include "support/choices.h"
 #include "support/entry.h"
@@ -45,8 +46,9 @@ HMODULE test::StoredModuleHandle() {
 static bool Connect() {
   const char* path = std::getenv("TAVKIT_DLL");
   try {
-    module = host::ConnectTavkit(path == nullptr ? "dist/bin/TAVKIT.DLL" : path,
-                                 host::FindPlatformOperation);
+    const char* const shipped =
+        sizeof path == 8 ? "dist/x64/bin/TAVKIT.DLL" : "dist/bin/TAVKIT.DLL";
+    module = host::ConnectTavkit(path == nullptr ? shipped : path, host::FindPlatformOperation);
     return true;
   } catch (const host::ModuleError& error) {
     std::cerr << "the DLL under test can't be loaded: " << error.what() << '\n';
@@ -59,17 +61,38 @@ static bool Connect() {
 namespace {
 
 // Every test begins with the platform layer as it is at program start, and leaves no memory and no
-// open key behind.
+// open key behind. The first failure ends it: what follows one would mostly repeat it.
 class FreshPlatform : public testing::EmptyTestEventListener {
-  void OnTestStart(const testing::TestInfo&) override { host::Reset(); }
-  void OnTestEnd(const testing::TestInfo&) override { test::ExpectNothingLeft(); }
+ public:
+  static inline bool mayThrow = false;
+
+ private:
+  void OnTestStart(const testing::TestInfo&) override {
+    host::Reset();
+    mayThrow = true;
+  }
+  void OnTestPartResult(const testing::TestPartResult& result) override {
+    if (!result.failed() || !std::exchange(mayThrow, false)) return;
+    throw testing::AssertionException(result);
+  }
+  void OnTestEnd(const testing::TestInfo& info) override {
+    mayThrow = false;
+    if (!info.result()->Failed()) test::ExpectNothingLeft();
+  }
 };
+
+// A destructor calls this, so it must not throw.
+void ReportOverrun(const char* what) {
+  const bool mayThrow = std::exchange(FreshPlatform::mayThrow, false);
+  ADD_FAILURE() << what;
+  FreshPlatform::mayThrow = mayThrow;
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
-  test::GuardedBuffer::OnOverrun() = [](const char* what) { ADD_FAILURE() << what; };
+  test::GuardedBuffer::OnOverrun() = ReportOverrun;
   testing::UnitTest::GetInstance()->listeners().Append(new FreshPlatform);
   return Connect() ? RUN_ALL_TESTS() : 1;
 }
