@@ -67,7 +67,7 @@ class Line:
     def own_outcome(self):
         above = self.own() - self.goal * self.called
         if self.is_noise():
-            return 'met' if self.noise <= self.goal * self.called else 'within noise'
+            return 'met' if self.noise <= self.goal * self.called else 'lost'
         if above <= 0.005 * self.called:  # by the two decimals that are printed
             return 'met'
         return 'within noise' if above <= min(self.noise, ALLOWANCE * self.called) else 'lost'
@@ -100,7 +100,7 @@ def lines_of(rows):
         works.setdefault(row.work(), []).append(row)
     for work in works.values():
         for _, same in itertools.groupby(sorted(work, key=lambda row: row.size),
-                                         lambda row: 1 if 0 < row.size <= SWEEP and len(work) > 5 else row.size):
+                                         lambda row: min(row.size, 1) if row.size <= SWEEP else row.size):
             yield Line(list(same))
 
 
@@ -130,19 +130,29 @@ def summary(lines):
 
 
 def floors(lines):
-    """The lost rows by operation and peer, each with the sentence that bench/notes.md has for it."""
-    notes = re.findall(r'^- `([^`]+)`: (.+(?:\n  .+)*)', open('bench/notes.md').read(), re.M)
+    """The lost rows by operation and peer, each with the sentence that bench/notes.md has for them."""
+    notes = dict(re.findall(r'^- `([^`]+)`: (.+(?:\n  .+)*)', open('bench/notes.md').read(), re.M))
+    unused = set(notes)
+    rows = [['operation', 'peer', 'rows', 'ratio', 'goal', 'floor']]
     groups = {}
     for line in lines:
         if line.outcome() == 'lost':
             groups.setdefault((line.operation, line.peer, line.goal), []).append(line)
-    rows = [['operation', 'peer', 'rows', 'ratio', 'goal', 'floor']]
-    for (operation, peer, goal), own in groups.items():
-        ratios = [line.worst().ratio() for line in own]
-        texts = [text for key, text in notes if fnmatch.fnmatchcase(f'{operation}, {peer}', key)]
-        rows.append([f'`{operation}`', peer, '; '.join(line.cells()[1] for line in own),
-                     f'{min(ratios):.2f}' + (f' to {max(ratios):.2f}' if len(ratios) > 1 else ''), f'{goal:.1f}',
-                     texts[0].replace('\n ', '') if texts else ''])
+    for (operation, peer, goal), lost in groups.items():
+        ratios = [f'{line.worst().ratio():.2f}' for line in lost]
+        inputs = {}
+        for line in lost:
+            inputs.setdefault(line.input, []).append(line.sizes())
+        key = next((key for key in notes if fnmatch.fnmatchcase(f'{operation}, {peer}', key)), None)
+        unused.discard(key)
+        if key is None:
+            print(f'bench/notes.md has no sentence for "{operation}, {peer}"', file=sys.stderr)
+        rows.append([f'`{operation}`', f'`{peer}`',
+                     '; '.join(': '.join(filter(None, [name, ', '.join(sizes)])) for name, sizes in inputs.items()),
+                     ' to '.join(dict.fromkeys([min(ratios, key=float), max(ratios, key=float)])), f'{goal:.1f}',
+                     re.sub(r'\s+', ' ', notes.get(key, ''))])
+    for key in unused:
+        print(f'bench/notes.md: no row is lost that "{key}" speaks of', file=sys.stderr)
     return rows
 
 
@@ -185,13 +195,15 @@ Written by `script/bench --page`, the plot too; what is said of lost rows stands
 - Size of TAVKIT.DLL: {os.path.getsize('dist/bin/TAVKIT.DLL'):,} bytes.
 
 Each row is one piece of work, done by an export and by a peer that a user would pick instead. The answers are
-compared first. Then both are timed in turn, in 25 batches of at least 0.04 ms, and the medians count. An export
-is called through an address, as a program calls an imported function; its peer is a called function too. What a
-peer takes where the compiler works it into its caller is in the whole table, beside it and without a goal. Where
-a byte form has to call `CharNextA`, `lstrlenA` or `lstrcpyA`, the very calls are recorded, made again alone in
-the same run, and taken off our time; `raw` in the whole table is the ratio with them. Lengths of 1 to 32 make
-one row, which is lost if any of them is. A row is within noise if it misses its goal by less than its batches
-differ, and by at most {ALLOWANCE:.0%} of the peer's time. The whole table is left in `build/bench/table.txt`.
+compared first. Then both are timed in turn, in 25 batches of at least 0.04 ms, and the lower quartile of each
+counts. An export is called through an address, as a program calls an imported function; its peer is a called
+function too. What a peer takes where the compiler works it into its caller stands beside it in the whole table,
+without a goal. Where a byte form calls `CharNextA`, `lstrlenA` or `lstrcpyA`, these very calls are recorded,
+made again alone in the same run, and taken off our time; `raw` in the whole table is the ratio with them. A
+change of a list is taken back in the same piece of work, and a text to be trimmed is put back first, on both
+sides and in both times. Lengths of 1 to 32 make one row, which is lost if any of them is. Noise is how far the
+lower quartile lies above the shortest batch. A row is within noise if it misses its goal by less than that, and
+by at most {ALLOWANCE:.0%} of the peer's time. `script/bench` leaves the whole table in `build/bench/table.txt`.
 
 {markdown(summary(lines))}
 ## Rows that are lost
@@ -220,9 +232,6 @@ def main(arguments):
         open(os.path.join(os.path.dirname(path), 'table.txt'), 'w').write(f'Timed: {timed}.\n\n{table}')
     print(columns(summary(lines)), end='')
     if option == '--page':
-        for row in floors(lines)[1:]:
-            if not row[-1]:
-                print(f'bench/notes.md says nothing of {row[0]}, {row[1]}', file=sys.stderr)
         open('docs/speed.md', 'w').write(page(rows, lines, timed))
         plot(rows, 'docs/growth.svg')
 

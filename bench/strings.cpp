@@ -64,28 +64,30 @@ void Trim(Char* psz, Char sought) {
   psz[length] = 0;
 }
 
+double FindGoal(std::size_t length) { return length <= 64 ? 1.0 : 1.1; }
+
 template <class Char>
 void CompareFind(std::size_t length, const char* input, const std::basic_string<Char>& text) {
-  const double goal = length <= 64 ? 1.0 : 1.1;
   const Char* psz = text.c_str();
   Compare(
-      {"find", Name<Char>("utFindChar"), input, length, goal},
+      {"find", Name<Char>("utFindChar"), input, length, FindGoal(length)},
       [=] { return BENCH_FORM(utFindChar)(psz, '!'); },
       FormPeer<Char>("strchr", [=] { return FindFirst(psz, '!'); }));
   Compare(
-      {"find", Name<Char>("utFindRevChar"), input, length, goal},
+      {"find", Name<Char>("utFindRevChar"), input, length, FindGoal(length)},
       [=] { return BENCH_FORM(utFindRevChar)(psz, '!'); },
       FormPeer<Char>("strrchr", [=] { return FindLast(psz, '!'); }));
-  Compare(
-      {"find", Name<Char>("utCharNull"), input, length, goal},
-      [=] { return BENCH_FORM(utCharNull)(psz); },
-      FormPeer<Char>("strlen", [=] { return End(psz); }));
 }
 
 template <class Char>
 void CompareFinds(std::size_t length) {
   auto text = Letters<Char>(length);
   CompareFind(length, "no match", text);
+  const Char* psz = text.c_str();
+  Compare(
+      {"find", Name<Char>("utCharNull"), "", length, FindGoal(length)},
+      [=] { return BENCH_FORM(utCharNull)(psz); },
+      FormPeer<Char>("strlen", [=] { return End(psz); }));
   text.back() = '!';
   CompareFind(length, "match at the end", text);
 }

@@ -95,20 +95,16 @@ if(NOT TAVKIT_NATIVE)
     target_link_libraries(${example} PRIVATE tavkit)
     target_compile_options(${example} PRIVATE ${warnings})
   endforeach()
-endif()
 
-# Timing the library beside its peers, compiled as the product is.
-file(GLOB bench_sources CONFIGURE_DEPENDS bench/*.cpp)
-add_executable(bench EXCLUDE_FROM_ALL ${bench_sources})
-target_compile_options(bench PRIVATE ${warnings} -Wno-conversion -O2 -fomit-frame-pointer)
-target_link_options(bench PRIVATE -Wl,--wrap=lstrlenA,--wrap=lstrcpyA,--wrap=CharNextA
-                                  -Wl,--wrap=LocalAlloc,--wrap=LocalFree)
-if(TAVKIT_NATIVE)
-  target_compile_definitions(bench PRIVATE TAVKIT_NATIVE)
-  target_link_libraries(bench PRIVATE tavkit)
-else()
+  # Timing the DLL beside its peers, which are compiled as the product is.
+  file(GLOB bench_sources CONFIGURE_DEPENDS bench/*.cpp)
+  add_executable(bench EXCLUDE_FROM_ALL ${bench_sources})
+  target_compile_options(bench PRIVATE ${warnings} -Wno-conversion -O2 -fomit-frame-pointer)
+  target_link_options(bench PRIVATE -Wl,--wrap=lstrlenA,--wrap=lstrcpyA,--wrap=CharNextA
+                                    -Wl,--wrap=LocalAlloc,--wrap=LocalFree)
   target_link_libraries(bench PRIVATE host_platform)
 endif()
+
 if(TAVKIT_FUZZ)
   include(cmake/fuzz.cmake)
 endif()

@@ -1,16 +1,18 @@
 /*
- * TAVKIT: utility functions for 32-bit Windows programs.
+ * TAVKIT: utility functions for Windows programs of 32 and of 64 bits.
  *
  * Conventions that hold for every export:
  *
- *   Calling    stdcall, undecorated names, fixed ordinals. A 16-bit argument counts with its low 16
- *              bits, whatever the caller's stack word holds above them.
+ *   Calling    stdcall at 32 bits, the convention of 64-bit Windows there; undecorated names, fixed
+ *              ordinals. A 16-bit argument counts with its low 16 bits, whatever the caller's word
+ *              holds above them.
  *   Text       A byte form works on strings in the active code page, its twin with the suffix W on
- *              strings of 16-bit units, one unit being one character. Wide strings may stand at odd
+ *              strings of 16-bit units, one unit being one character. Wide strings may lie at odd
  *              addresses.
  *   Sizes      `cb` counts bytes in both forms, `cch` counts characters, `c` counts things. Two
  *              names say `cch` and count bytes: cchBuffer of utDayOfWeekName and utMonthName, and
- *              cchSource of utAscii2Hex.
+ *              cchSource of utAscii2Hex. All are 32 bits wide, at 64 bits too. A size that they
+ *              don't count is given as 0xFFFFFFFF, and fits nowhere.
  *   Failures   The result alone reports a failure. The library sets no last-error value; a platform
  *              operation that it calls may.
  *   Buffers    belong to the caller; nothing refers to them after a call, except an XBuf to the one

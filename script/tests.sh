@@ -29,7 +29,7 @@ show() {
     lines++ < 12 { text = text "  " $0 "\n" }
     /^\[  (FAILED|CRASHED) .*\)$/ {
       if (failures++ == 0) printf "%s", text (lines > 12 ? "  " $0 "\n" : "")
-      else if (failures < 5) others = others " " $4
+      else if (failures < 5) { sub(/,$/, "", $4); others = others " " $4 }
     }
     END { if (failures > 1) print "  and " failures - 1 " more:" others (failures > 5 ? " ..." : "") }
   ' "$1"

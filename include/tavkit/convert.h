@@ -21,7 +21,7 @@
 #include "types.h"
 
 /**
- * Tells the system family. The platform is asked at each call.
+ * Tells the system family, as the platform's GetVersionExA reports it at each call.
  *
  * @return 1 on the NT family from major version 4 on, -1 on the NT family below it, 0 on any other
  *         system and if the platform doesn't say. So the NT family as such is any value but 0.
@@ -29,7 +29,8 @@
 UT_EXPORT(139) SHORT UT_API utIsWinNT(void);
 
 /**
- * Tells whether a string is made of digits only.
+ * Tells whether a string is made of digits only. It is walked by characters, as the platform's
+ * CharNextA steps.
  *
  * @param pszText the string; NULL and an empty one have no other character, so they give 1.
  * @param ppszBad receives the address of the first character that is no digit; NULL if it isn't
@@ -60,7 +61,7 @@ UT_EXPORT(145) INT UT_API utAtoI(LPCSTR pszText);
 
 /**
  * Reads the hexadecimal number at the start of a text: up to eight digits, with neither white space
- * nor a sign nor a prefix in front of them. What follows the eighth digit is left alone.
+ * nor a sign nor a prefix before them. What follows the eighth digit is left alone.
  *
  * @param pszText the text; NULL gives 0.
  * @return the number, 0 if there is no digit.
@@ -71,7 +72,7 @@ UT_EXPORT(146) DWORD UT_API utAtoX(LPCSTR pszText);
  * Writes bytes as hexadecimal text, two characters for each, without a terminator. Does nothing if
  * either address is NULL. The two ranges may not overlap.
  *
- * @param pszTarget receives the text; it has room for twice cbSource bytes.
+ * @param pszTarget receives the text; it holds twice cbSource bytes.
  * @param pbSource  the bytes.
  * @param cbSource  their number; 0 writes nothing.
  */
@@ -83,33 +84,46 @@ UT_EXPORT(147) void UT_API utHex2Ascii(LPSTR pszTarget, const BYTE* pbSource, DW
  * Does nothing if either address is NULL. The text may be read in place, that is with one address
  * for both; otherwise the two ranges may not overlap.
  *
- * @param pbTarget  receives the bytes; it has room for half of cchSource, rounded up.
+ * @param pbTarget  receives the bytes; it holds half of cchSource, rounded up.
  * @param pszSource the text; a terminator is neither needed nor looked for.
  * @param cchSource the number of characters, which are bytes here; 0 writes nothing.
  */
 UT_EXPORT(148) void UT_API utAscii2Hex(LPBYTE pbTarget, LPCSTR pszSource, DWORD cchSource);
 
 /**
- * Converts a string of the active code page to a wide string. A failed conversion isn't reported:
- * one that stores nothing leaves an empty string, and one that runs out of room leaves what the
- * platform stored, which may lack a terminator.
+ * Converts a string of the active code page to a wide string, by the platform's MultiByteToWideChar
+ * with the flags MB_PRECOMPOSED and MB_ERR_INVALID_CHARS. A single sequence that isn't valid in the
+ * code page fails the whole conversion.
+ *
+ * A failed conversion isn't reported: one that stores nothing leaves an empty string, and one for
+ * which the target is too small leaves what the platform stored, which may lack a terminator.
+ *
+ * Where the active code page is UTF-8, the platform's documentation has these flags refused: the
+ * target is then an empty string, whatever the source.
  *
  * @param pwszTarget receives the wide string, terminator included; not NULL unless pszSource is.
  *                   Its first character is written whatever cchTarget says.
  * @param pszSource  the string; NULL leaves the target untouched.
- * @param cchTarget  the target's room in wide characters.
+ * @param cchTarget  the target's capacity in wide characters, the terminator included.
  * @return pwszTarget; NULL if pszSource is NULL.
  */
 UT_EXPORT(260) LPWSTR UT_API utA2WHelper(LPWSTR pwszTarget, LPCSTR pszSource, INT cchTarget);
 
 /**
- * Converts a wide string to the active code page, as utA2WHelper does the other way round.
- * Characters without a counterpart become the platform's default character.
+ * Converts a wide string to the active code page, by the platform's WideCharToMultiByte without
+ * flags. Failures are as in utA2WHelper.
+ *
+ * A character without a counterpart becomes a similar one where the platform knows one, else its
+ * default character. So U+FF3C, a full-width backslash, may become a backslash: check a path after
+ * it is converted, not before.
+ *
+ * A 16-bit unit takes up to two bytes in a double-byte code page, and up to three where the active
+ * code page is UTF-8.
  *
  * @param pszTarget  receives the string, terminator included; not NULL unless pwszSource is. Its
  *                   first byte is written whatever cbTarget says.
  * @param pwszSource the wide string; NULL leaves the target untouched.
- * @param cbTarget   the target's room in bytes.
+ * @param cbTarget   the target's capacity in bytes, the terminator included.
  * @return pszTarget; NULL if pwszSource is NULL.
  */
 UT_EXPORT(261) LPSTR UT_API utW2AHelper(LPSTR pszTarget, LPCWSTR pwszSource, INT cbTarget);

@@ -23,7 +23,7 @@
  * @param pBuffer  the buffer; NULL is refused, even with UT_SIZE_UNCHECKED. Never read or written.
  * @param cbBuffer its size in bytes, or UT_SIZE_UNCHECKED, which covers everything.
  * @param cbNeeded the size needed, in bytes.
- * @return 0 if pBuffer is NULL, else utIsBufferSize(cbBuffer, cbNeeded).
+ * @return 0 if pBuffer is NULL, else what utIsBufferSize gives for the two sizes.
  */
 UT_EXPORT(30) BOOL UT_API utIsBuffer(LPCVOID pBuffer, DWORD cbBuffer, DWORD cbNeeded);
 

@@ -118,9 +118,9 @@ BOOL UT_API utCopyNextAsciizW(LPCWSTR pszString, LPWSTR* ppCursor, LPDWORD pcbRe
  * @param pszString the string, which may be a member of the list. NULL or an empty one changes
  *                  nothing and gives 1.
  * @param pList     the list, not NULL.
- * @param cbList    the size of its buffer in bytes, at least the used size of the list: the used
- *                  size is subtracted from it, and the difference has to cover the string, its
- *                  terminator and the final zero. UT_SIZE_UNCHECKED passes as a very large number.
+ * @param cbList    the size of its buffer in bytes. What the list doesn't use of it has to cover
+ *                  the string, its terminator and the final zero; a size below what the list
+ *                  already uses is refused. UT_SIZE_UNCHECKED passes as a very large number.
  * @return 1, or 0 if the string didn't fit; the list then stays as it was.
  */
 UT_EXPORT(55) BOOL UT_API utAppendMultiAsciiz(LPCSTR pszString, LPSTR pList, DWORD cbList);
@@ -128,8 +128,8 @@ UT_EXPORT(55) BOOL UT_API utAppendMultiAsciiz(LPCSTR pszString, LPSTR pList, DWO
 UT_EXPORT(242) BOOL UT_API utAppendMultiAsciizW(LPCWSTR pszString, LPWSTR pList, DWORD cbList);
 
 /**
- * Looks for a string in a list. Whole strings are compared, by the platform's rules for the user's
- * language.
+ * Looks for a string in a list. Whole strings are compared by the platform's lstrcmp or lstrcmpi,
+ * whose rules are those of the user's language.
  *
  * @param pszString      the string. NULL or an empty one finds the final zero, which is where a
  *                       string would be appended.
@@ -209,8 +209,8 @@ BOOL UT_API utArray2MultiAsciizW(const LPCWSTR* ppszStrings, LPWSTR pList, DWORD
  * @param cbArray   its true size in bytes, never UT_SIZE_UNCHECKED; less than one pointer is
  *                  refused. All of it is set to zero, and the last whole pointer stays NULL.
  * @param pcStored  receives the number of pointers stored, whatever the result; may be NULL.
- * @return 1, also if the array took only the first strings of the list; 0 if the array was refused
- *         and left alone.
+ * @return 1, also if the array took only the first strings of the list, which pcStored shows; 0 if
+ *         the array was refused and left alone.
  */
 UT_EXPORT(49)
 BOOL UT_API utMultiAsciiz2Array(LPCSTR pList, LPCSTR* ppszArray, DWORD cbArray, LPDWORD pcStored);

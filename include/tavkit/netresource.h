@@ -12,8 +12,7 @@
  * The strings lie one directly below the other, each with its terminator, and end at the last byte
  * of the buffer (or below what the back of an XBuf holds already). A field that isn't taken, or is
  * NULL, leaves no gap; an empty string takes its terminator. Nothing is aligned: wide strings may
- * stand at odd addresses, and so may the record in an XBuf whose front holds an odd number of
- * bytes.
+ * lie at odd addresses, and so may the record in an XBuf whose front holds an odd number of bytes.
  *
  * The pointers are absolute, so a block is good only where it was made. The source and its strings
  * must lie outside the target and not change during a call; they are only read, and a string that
@@ -54,9 +53,9 @@ UT_EXPORT(204) DWORD UT_API utSizeNETRESOURCEW(const NETRESOURCEW* pResource, DW
  *
  * @param pResource the record; NULL gives 0.
  * @param dwMask    the fields to take.
- * @return the bytes of the strings with their terminators; 0 if none is taken. 0xFFFFFFFF if one
- *         huge string stands in several fields, so that the sum passes 32 bits; the copies refuse
- *         that size.
+ * @return the bytes of the strings with their terminators; 0 if none is taken. 0xFFFFFFFF if the
+ *         sum passes 32 bits, as where several fields name one huge string; the copies refuse that
+ *         size.
  */
 UT_EXPORT(201) DWORD UT_API utVarSizeNETRESOURCE(const NETRESOURCEA* pResource, DWORD dwMask);
 /** Wide form of utVarSizeNETRESOURCE: two bytes for each character and terminator. */
@@ -72,8 +71,8 @@ UT_EXPORT(205) DWORD UT_API utVarSizeNETRESOURCEW(const NETRESOURCEW* pResource,
  * @param dwMask    the fields to take.
  * @param pcbNeeded receives the size needed (0 where pResource is NULL), on success and on failure;
  *                  may be NULL.
- * @return 1 on success. 0 if the buffer is too small, or if there is no memory for one small
- *         allocation that lives as long as the call; nothing of the buffer was then written.
+ * @return 1 on success. 0 if the buffer is too small, or if the platform has no memory for one
+ *         small allocation that lives as long as the call; nothing of the buffer was then written.
  */
 UT_EXPORT(202)
 BOOL UT_API utCopyNETRESOURCE(const NETRESOURCEA* pResource, LPVOID pBuffer, DWORD cbBuffer,

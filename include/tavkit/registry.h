@@ -11,6 +11,9 @@
  *   opened. An empty path is a path: the key is opened once more, for this call.
  * - Value name: as the platform takes it. NULL and "" both name the default value of the key.
  * - Sizes: in bytes, the terminator of a text included.
+ * - Access: a key is opened with KEY_QUERY_VALUE to probe and to read, with KEY_SET_VALUE to write
+ *   and to delete a value, and created with KEY_ALL_ACCESS. An hKey used as it was opened needs the
+ *   same; what the platform asks of the key that a path starts from is the platform's matter.
  * - Result: an error code of the platform, 0 for success, where nothing else is said.
  *
  * @{
@@ -25,8 +28,10 @@
  *
  * @param hKey      the key to start from.
  * @param pszSubKey the path below it; NULL or "" gives 0.
- * @return 0 if the platform reports the key as not found, else 1: a key that exists and can't be
- *         opened, for lack of rights or for another reason, counts as there.
+ * @return 0 if the platform reports ERROR_FILE_NOT_FOUND, else 1: a key that exists and can't be
+ *         opened, for lack of rights or for another reason, counts as there. So does any key whose
+ *         opening fails with another code: the platform has others for an hKey that is not valid
+ *         and for a path that begins with a backslash.
  */
 UT_EXPORT(44) BOOL UT_API utRegVerifyKey(HKEY hKey, LPCSTR pszSubKey);
 
@@ -34,21 +39,25 @@ UT_EXPORT(44) BOOL UT_API utRegVerifyKey(HKEY hKey, LPCSTR pszSubKey);
  * Tells whether a value is there and may be read. Its data are not read, whatever their size.
  *
  * @param hKey, pszSubKey, pszValueName the value.
- * @param pdwType receives the value's type; may be NULL. Unspecified if the result is 0.
+ * @param pdwType receives the value's type; may be NULL. What it holds if the result is 0 is the
+ *                platform's matter.
  * @return 1 if the value can be queried, else 0.
  */
 UT_EXPORT(43)
 BOOL UT_API utRegVerifyValue(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPDWORD pdwType);
 
 /**
- * Reads a value of any type, as it is stored: a text that was stored without a terminator has none.
- * The last three arguments reach the platform as they come.
+ * Reads a value of any type, as the platform delivers it. The last three arguments reach the
+ * platform as they come, and what they refer to after a failure is the platform's matter, but for
+ * the size that ERROR_MORE_DATA comes with. To a text that was stored without a terminator the
+ * platform may add one, where the stated size covers it; otherwise the text has none.
  *
  * @param hKey, pszSubKey, pszValueName the value.
  * @param pdwType receives its type; may be NULL.
  * @param pData   receives its data; NULL asks for the size only.
  * @param pcbData the size of pData in bytes, and then that of the data. NULL only if pData is NULL.
- *                UT_SIZE_UNCHECKED is a number like any other, and no value is larger.
+ *                UT_SIZE_UNCHECKED is a number like any other, and no value is larger: the caller
+ *                provides the bytes of any stored value and one more.
  * @return 0, or the code of the platform operation that failed: ERROR_FILE_NOT_FOUND for a missing
  *         key or value; ERROR_MORE_DATA, with the size needed in *pcbData, for data that don't fit.
  */
@@ -83,14 +92,16 @@ UT_EXPORT(42) DWORD UT_API utRegDeleteValue(HKEY hKey, LPCSTR pszSubKey, LPCSTR 
 
 /**
  * Reads a text, or puts a default in its place. Only REG_SZ is taken. The value is read straight
- * into pszBuffer and gets no terminator: a text that was stored without one has none there either.
+ * into pszBuffer and gets no terminator from the library: a text that was stored without one has
+ * one there only if the platform adds it, as for utRegQueryValue.
  *
  * @param hKey, pszSubKey, pszValueName the value.
  * @param pszDefault the text to store at a failure, cut to fit as by utCopyString; NULL for
  *                   an empty one. It must not lie in pszBuffer.
  * @param pszBuffer  receives the text; with NULL nothing is stored.
  * @param cbBuffer   its size in bytes. With 0 nothing is stored; with UT_SIZE_UNCHECKED the caller
- *                   provides room for any stored value and for the default's length + 2 bytes.
+ *                   provides the larger of two: any stored value and one byte more, and the
+ *                   default's length + 2 bytes.
  * @return 0; ERROR_INVALID_DATA for a value of another type; or the code of utRegQueryValue. The
  *         buffer holds the default at every failure, and nothing tells how much was read.
  */
@@ -115,14 +126,15 @@ DWORD UT_API utRegGetValueDword(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName
 /**
  * Reads a boolean, or puts a default in its place. Taken are REG_BINARY by its first byte,
  * REG_DWORD by its 32 bits, and a REG_SZ that is, without regard to case, one of the words TRUE,
- * YES, ON, 1 and FALSE, NO, OFF, 0. A text that was stored without a terminator ends where its data
- * end. A REG_BINARY of no bytes and a REG_DWORD of fewer than four stand for no boolean.
+ * YES, ON, 1 and FALSE, NO, OFF, 0, compared by the platform's lstrcmpiA. A text that was stored
+ * without a terminator ends where its data end. A REG_BINARY of no bytes and a REG_DWORD of fewer
+ * than four are no boolean.
  *
  * @param hKey, pszSubKey, pszValueName the value.
  * @param fDefault what to store at a failure, exactly as it comes.
  * @param pfValue  receives 1 or 0, or fDefault; not NULL.
- * @return 0; ERROR_INVALID_DATA for a value that stands for no boolean; ERROR_MORE_DATA for one of
- *         more than 48 bytes, whatever its type; or another code of utRegQueryValue.
+ * @return 0; ERROR_INVALID_DATA for a value that is no boolean; ERROR_MORE_DATA for one of more
+ *         than 48 bytes, whatever its type; or another code of utRegQueryValue.
  */
 UT_EXPORT(112)
 DWORD UT_API utRegGetValueBool(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, BOOL fDefault,
@@ -179,13 +191,14 @@ DWORD UT_API utRegSetValueBool(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName,
  * writes and reads the value "Width" of `HKEY_CURRENT_USER\Software\Brindlex\Viewer\Window`.
  *
  * Below HKEY_CURRENT_USER the key of a setting is `Software\Brindlex`, pszProduct and pszSection,
- * joined with single backslashes: in the path the product stands before the section, in the
- * arguments the section comes first. NULL leaves a part out; an empty part takes part in the join,
- * which gives a doubled or a trailing backslash. A part may hold backslashes of its own.
+ * joined with single backslashes: in the path the product precedes the section, in the arguments
+ * the section comes first. NULL leaves a part out; an empty part takes part in the join, which
+ * gives a doubled or a trailing backslash. A part may hold backslashes of its own. What the
+ * platform makes of such a path is its own matter.
  *
  * A path that takes more than 260 bytes with its terminator does not fit: lengths of product and
  * section that add up to 240 do. It reaches no platform operation; each text says what is given
- * then.
+ * then. Only utRegPathBrindlexSoftware has no such limit, but the size that it is given.
  *
  * @{
  */
@@ -195,7 +208,7 @@ DWORD UT_API utRegSetValueBool(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName,
  *
  * @param pszPath    receives the path; NULL gives 0. It must not overlap the two parts.
  * @param cbPath     its size in bytes; 0 gives 0. UT_SIZE_UNCHECKED is a number like any other, so
- *                   every path fits and the caller provides the room.
+ *                   every path that 32 bits can measure fits, and the caller provides its bytes.
  * @param pszSection, pszProduct the parts of the path, each of any length.
  * @return 1, or 0 if the path doesn't fit; pszPath then stays untouched.
  */
@@ -208,7 +221,8 @@ BOOL UT_API utRegPathBrindlexSoftware(LPSTR pszPath, DWORD cbPath, LPCSTR pszSec
  *
  * @param pszSection, pszProduct the key.
  * @param samDesired the access to ask for.
- * @param phkResult  receives the key; as the platform takes it.
+ * @param phkResult  receives the key; as the platform takes it. What it holds after a failure is
+ *                   the platform's matter; nothing is stored if the path doesn't fit.
  * @return 0, or the platform's code; ERROR_FILE_NOT_FOUND if the path doesn't fit.
  */
 UT_EXPORT(81)
@@ -227,7 +241,7 @@ UT_EXPORT(82) BOOL UT_API utRegVerifyPrivateUserKey(LPCSTR pszSection, LPCSTR ps
  * Tells whether a setting is there.
  *
  * @param pszSection, pszValueName, pszProduct the setting.
- * @param pdwType receives its type; may be NULL.
+ * @param pdwType as for utRegVerifyValue; untouched if the path doesn't fit.
  * @return the result of utRegVerifyValue; 0 if the path doesn't fit.
  */
 UT_EXPORT(80)
@@ -260,10 +274,10 @@ UT_EXPORT(86) DWORD UT_API utRegDeletePrivateUserKey(LPCSTR pszSection, LPCSTR p
  * @param pszDefault as for utRegGetValueString.
  * @param pszBuffer  receives the text or the default; NULL gives 0.
  * @param cbBuffer   as for utRegGetValueString, UT_SIZE_UNCHECKED included; 0 gives 0.
- * @return the bytes in front of the terminator, which doesn't tell a stored text from the default.
- *         For a text stored without a terminator, the bytes up to the next zero in the buffer, or
- *         those of the text if there is none; with UT_SIZE_UNCHECKED no zero behind it is looked
- *         for. 0, with the buffer untouched, if the path doesn't fit.
+ * @return the bytes before the terminator, which doesn't tell a stored text from the default. For a
+ *         text that the platform delivers without a terminator, the bytes up to the next zero in
+ *         the buffer, or those of the text if there is none; with UT_SIZE_UNCHECKED no zero after
+ *         it is looked for. 0, with the buffer untouched, if the path doesn't fit.
  */
 UT_EXPORT(74)
 DWORD UT_API utRegGetPrivateUserString(LPCSTR pszSection, LPCSTR pszValueName, LPCSTR pszDefault,

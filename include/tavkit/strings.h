@@ -8,8 +8,8 @@
  * - utFindChar, utFindRevChar, utTruncateAtChar: the string is walked byte by byte and wChar counts
  *   with its low 8 bits. 0x5C is found inside a double-byte character too.
  * - utSkipLeadChar, utCountLeadChar, utTrimChar: the string is walked by characters of the active
- *   code page, as the platform's CharNextA steps. Only 0x01 to 0x7F can match: no byte of 0x80 or above equals any wChar, and no wChar
- *   above 0x7F equals any byte.
+ *   code page, as the platform's CharNextA steps. Only 0x01 to 0x7F can match: no byte of 0x80 or
+ *   above equals any wChar, and no wChar above 0x7F equals any byte.
  * - every W form: unit by unit, all 16 bits.
  *
  * A zero wChar never matches in the skip, count and trim operations: they give the string, 0 and 0.
@@ -48,7 +48,7 @@ UT_EXPORT(27) LPSTR UT_API utCharPrev(LPCSTR pszStart, LPCSTR pszCurrent);
 UT_EXPORT(221) LPWSTR UT_API utCharPrevW(LPCWSTR pszStart, LPCWSTR pszCurrent);
 
 /**
- * Finds the last character of a string.
+ * Finds the last character of a string, walked as the platform's CharNextA steps.
  *
  * @param psz the string; NULL gives NULL.
  * @return the last character (of a double-byte one the lead byte); psz if the string is empty.
@@ -137,14 +137,14 @@ UT_EXPORT(23) BOOL UT_API utTrimChar(LPSTR psz, WORD wChar, WORD wFlags);
 UT_EXPORT(234) BOOL UT_API utTrimCharW(LPWSTR psz, WORD wChar, WORD wFlags);
 
 /**
- * Measures a string.
+ * Measures a string, by the platform's lstrlenA.
  *
  * @param psz             the string; NULL gives 0 whatever the flag.
  * @param fWithTerminator non-zero to count the terminator, once.
  * @return the size in bytes.
  */
 UT_EXPORT(15) DWORD UT_API utStringSize(LPCSTR psz, BOOL fWithTerminator);
-/** Wide form of utStringSize: two bytes for each unit, and two for the terminator. */
+/** Wide form of utStringSize: two bytes for each unit and two for the terminator, counted here. */
 UT_EXPORT(226) DWORD UT_API utStringSizeW(LPCWSTR psz, BOOL fWithTerminator);
 
 /**

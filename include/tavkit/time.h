@@ -5,7 +5,7 @@
  *
  * Calendar numbers are full years (1997, not 97), months from 1 for January, days of the month from
  * 1, and days of the week from 0 for Sunday to 6 for Saturday. The Gregorian rules hold for every
- * year.
+ * year, also before the calendar's adoption, but for utDayOfWeek in the first months of year 0.
  *
  * Every conversion between time forms can cross between local time and UTC on its way:
  *
@@ -13,9 +13,14 @@
  * utDosDateTimeToFileTime(wDate, wTime, &ftUtc, UT_TIME_LOCAL_TO_UTC);
  * @endcode
  *
- * A conversion gives a value other than 0, not necessarily 1, on success, and 0 on failure. If it
- * fails in front of the step that writes the target, the target is as it was. Its pointers reach
- * the platform unexamined and may not be NULL.
+ * The platform makes the crossing, by LocalFileTimeToFileTime and FileTimeToLocalFileTime, which
+ * take the difference that is in force at the time of the call: a summer's time that is converted
+ * in winter comes out by the winter's difference, an hour from what a clock showed then.
+ *
+ * A conversion gives a value other than 0, not necessarily 1, on success, and 0 on failure. Which
+ * times can be converted the platform decides. If a conversion fails before the step that writes
+ * the target, the target is as it was. Its pointers reach the platform unexamined and may not be
+ * NULL.
  *
  * @{
  */
@@ -128,11 +133,14 @@ UT_EXPORT(98) BOOL UT_API utFileTimeAddMilliseconds(LPFILETIME pftTime, DWORD dw
 UT_EXPORT(99) BOOL UT_API utFileTimeSubMilliseconds(LPFILETIME pftTime, DWORD dwMilliseconds);
 
 /**
- * Asks for the name of a day of the week in the user's language.
+ * Asks for the name of a day of the week in the user's language, by the platform's GetLocaleInfoA.
  *
- * @param pszBuffer receives the name. It and its size reach the platform unexamined.
- * @param cchBuffer its size in bytes; UT_SIZE_UNCHECKED has no meaning here. With 0 nothing is
- *                  written and the result tells whether the platform has the name.
+ * @param pszBuffer receives the name. It and its size reach the platform unexamined. For any other
+ *                  day it stays untouched; what it holds after the platform refused, which may be a
+ *                  part of the name without a terminator, is the platform's matter.
+ * @param cchBuffer its size, in bytes despite its prefix; UT_SIZE_UNCHECKED has no meaning here.
+ *                  With 0 nothing is written and the result tells whether the platform has the
+ *                  name.
  * @param wDay      the day, 0 for Sunday to 6.
  * @param nStyle    UT_NAME_ABBREVIATED or any other value.
  * @return 1 if the platform gave the name; 0 for any other day and if the platform refused, as it
@@ -140,7 +148,7 @@ UT_EXPORT(99) BOOL UT_API utFileTimeSubMilliseconds(LPFILETIME pftTime, DWORD dw
  */
 UT_EXPORT(120) BOOL UT_API utDayOfWeekName(LPSTR pszBuffer, INT cchBuffer, WORD wDay, INT nStyle);
 
-/** Asks for the name of a month, 1 to 12; otherwise as utDayOfWeekName. */
+/** Asks for the name of a month, 1 to 12, in the same way; otherwise as utDayOfWeekName. */
 UT_EXPORT(121) BOOL UT_API utMonthName(LPSTR pszBuffer, INT cchBuffer, WORD wMonth, INT nStyle);
 
 /**
@@ -195,8 +203,10 @@ UT_EXPORT(126) WORD UT_API utDaysInYear(WORD wYear);
 UT_EXPORT(127) WORD UT_API utDayOfYear(WORD wYear, WORD wMonth, WORD wDay);
 
 /**
- * Gives the day of the week. No number is checked: a day behind the end of the month counts on, and
- * months 13 and 14 are January and February of the next year.
+ * Gives the day of the week. No number is checked: a day after the end of the month counts on, and
+ * months 13 and 14 are January and February of the next year. For month 0 and the months above 14
+ * the result is from 0 to 6 and means nothing, and in January and February of year 0 it is a day
+ * too late.
  *
  * @param wYear  the year.
  * @param wMonth the month.

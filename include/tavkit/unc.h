@@ -13,7 +13,7 @@
  *
  * The path reaches to the end of the string, with whatever backslashes it holds. A forward slash is
  * no separator, and nothing else of a name is looked at. The resource separator is the first
- * backslash of the run behind the server, the path separator the first one of the run behind the
+ * backslash of the run after the server, the path separator the first one of the run after the
  * resource.
  *
  * Double-byte characters in the byte forms: the leading backslashes are counted by characters, but
@@ -41,10 +41,10 @@
  * Appends a component to a path, in place. Unless the path ends with a backslash it gets one, an
  * empty path too; then the component follows without its leading backslashes.
  *
- * @param pszPath      writable string with room for one backslash, the component and the
+ * @param pszPath      writable string whose buffer also holds one backslash, the component and the
  *                     terminator; NULL does nothing.
  * @param pszComponent the component; NULL or an empty one leaves the path with its backslash. It
- *                     may be the path itself, as it stands once it ends with a backslash.
+ *                     may be the path itself, which is appended with its backslash.
  */
 UT_EXPORT(56) void UT_API utAppendPathComponent(LPSTR pszPath, LPCSTR pszComponent);
 /** Wide form of utAppendPathComponent. */
@@ -58,14 +58,14 @@ UT_EXPORT(230) void UT_API utAppendPathComponentW(LPWSTR pszPath, LPCWSTR pszCom
  * @param pszName     the name; NULL gives 0 and touches no buffer.
  * @param pszServer   receives the server; NULL to leave it out.
  * @param cbServer    size of that buffer in bytes; with 0 it stays untouched. With
- *                    UT_SIZE_UNCHECKED the caller provides room for the component and its
+ *                    UT_SIZE_UNCHECKED the caller provides the bytes of the component and its
  *                    terminator.
  * @param pszResource receives the resource; likewise.
  * @param cbResource  size of that buffer; likewise.
  * @param pszPath     receives the path; likewise.
  * @param cbPath      size of that buffer; likewise.
  * @return UT_UNC_SERVER, UT_UNC_RESOURCE and UT_UNC_PATH, each for a component that has at least
- *         one character.
+ *         one character, whether it was cut or not.
  */
 UT_EXPORT(33)
 DWORD UT_API utBreakUNCName(LPCSTR pszName, LPSTR pszServer, DWORD cbServer, LPSTR pszResource,
@@ -77,7 +77,7 @@ DWORD UT_API utBreakUNCNameW(LPCWSTR pszName, LPWSTR pszServer, DWORD cbServer, 
 
 /**
  * Finds the parts of a name. Unlike utBreakUNCName it reports separators, with or without anything
- * behind them. A separator is the first backslash of its run: utSkipLeadChar leads to what follows.
+ * after them. A separator is the first backslash of its run: utSkipLeadChar leads to what follows.
  *
  * @param pszName               the name; NULL gives 0 and stores nothing.
  * @param ppszStart             receives pszName if it is a UNC name, else NULL; may be NULL.
@@ -107,17 +107,18 @@ UT_EXPORT(252) DWORD UT_API utCheckUNCNameW(LPCWSTR pszName);
  * Composes a name. Each part loses its leading backslashes. A resource or path that isn't NULL gets
  * its separator even if it is empty, and without a server the name begins with a single backslash.
  *
- * The room asked for counts two bytes and the name for a server, one byte and the name for a
- * resource or path, and one byte for the terminator: never less than is written. A name without any
- * part asks for nothing, and its terminator is written.
+ * The size asked for is two bytes and the name for a server, one byte and the name for a resource
+ * or path, and one byte for the terminator: never less than is written. Names count without their
+ * leading backslashes, unlike that of utServerName. A name without any part asks for nothing, and
+ * its terminator is written.
  *
  * @param pszOut      receives the name; NULL is refused. The parts don't overlap it.
- * @param cbOut       its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED nothing is compared,
- *                    and the caller provides the room asked for.
+ * @param cbOut       its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED every size fits that
+ *                    32 bits count, and the caller provides the size asked for.
  * @param pszServer   the server; NULL or an empty one leaves it out.
  * @param pszResource the resource; NULL leaves it out.
  * @param pszPath     the path; NULL leaves it out.
- * @return 1, or 0 with pszOut empty if there was no room, or untouched if it was refused.
+ * @return 1, or 0 with pszOut empty if the name didn't fit, or untouched if pszOut was refused.
  */
 UT_EXPORT(32)
 BOOL UT_API utBuildUNCName(LPSTR pszOut, DWORD cbOut, LPCSTR pszServer, LPCSTR pszResource,
@@ -131,17 +132,17 @@ BOOL UT_API utBuildUNCNameW(LPWSTR pszOut, DWORD cbOut, LPCWSTR pszServer, LPCWS
  * Writes a server name in one of two forms. It loses its leading backslashes, and gets exactly two
  * with UT_SERVERNAME_UNC.
  *
- * The room asked for counts the name as it is passed, with its leading backslashes, the two that
- * nForm adds, and the terminator: `\\srv` asks for 8 bytes with UT_SERVERNAME_UNC, and 6 are
- * written. An empty name asks for what is written, 3 bytes or 1.
+ * The size asked for is that of the name as it is passed, with its leading backslashes, of the two
+ * that nForm adds, and of the terminator: `\\srv` asks for 8 bytes with UT_SERVERNAME_UNC, and 6
+ * are written. An empty name asks for what is written, 3 bytes or 1.
  *
  * @param pszServer the name; NULL gives 0 and an empty pszOut.
  * @param nForm     UT_SERVERNAME_UNC, or any other value for the name alone.
  * @param pszOut    receives the name; NULL is refused. The name doesn't overlap it:
  *                  utConvertServerName works in place.
- * @param cbOut     its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED nothing is compared, and
- *                  the caller provides the room asked for.
- * @return 1, or 0 with pszOut empty if there was no room, or untouched if it was refused.
+ * @param cbOut     its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED every size fits that 32
+ *                  bits count, and the caller provides the size asked for.
+ * @return 1, or 0 with pszOut empty if the name didn't fit, or untouched if pszOut was refused.
  */
 UT_EXPORT(35) BOOL UT_API utServerName(LPCSTR pszServer, INT nForm, LPSTR pszOut, DWORD cbOut);
 /** Wide form of utServerName: every character counts two bytes, and 0 and 1 are refused. */
@@ -149,24 +150,24 @@ UT_EXPORT(253) BOOL UT_API utServerNameW(LPCWSTR pszServer, INT nForm, LPWSTR ps
 
 /**
  * Brings a server name into one of the two forms of utServerName, in place. A name, with its
- * leading backslashes, of more than 61 characters with UT_SERVERNAME_UNC, or of more than 63 with
- * any other form, becomes empty.
+ * leading backslashes, of more than 61 bytes with UT_SERVERNAME_UNC, or of more than 63 bytes with
+ * any other form, becomes empty: a double-byte character counts two.
  *
- * @param pszServer writable string, not NULL; with UT_SERVERNAME_UNC it has room for two characters
- *                  more. Nothing behind the new terminator is touched.
+ * @param pszServer writable string, not NULL; with UT_SERVERNAME_UNC its buffer holds two bytes
+ *                  more. Nothing after the new terminator is touched.
  * @param nForm     UT_SERVERNAME_UNC, or any other value for the name alone.
  */
 UT_EXPORT(39) void UT_API utConvertServerName(LPSTR pszServer, INT nForm);
-/** Wide form of utConvertServerName, with the same limits in characters. */
+/** Wide form of utConvertServerName, with the same limits and the two more in 16-bit units. */
 UT_EXPORT(257) void UT_API utConvertServerNameW(LPWSTR pszServer, INT nForm);
 
 /**
- * Cuts the server out of a name, with the two backslashes in front of it.
+ * Cuts the server out of a name, with the two backslashes before it.
  *
  * @param pszName the name; NULL, or one that is no UNC name, gives 0 and leaves pszOut alone.
  * @param pszOut  receives `\\server`, cut to fit; NULL is refused.
- * @param cbOut   its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED the caller provides room
- *                for the part and two terminators.
+ * @param cbOut   its size in bytes; 0 is refused. With UT_SIZE_UNCHECKED the caller provides the
+ *                bytes of the part and two terminators.
  * @return 1 if something was copied, else 0.
  */
 UT_EXPORT(37) BOOL UT_API utExtractServer(LPCSTR pszName, LPSTR pszOut, DWORD cbOut);
@@ -174,7 +175,7 @@ UT_EXPORT(37) BOOL UT_API utExtractServer(LPCSTR pszName, LPSTR pszOut, DWORD cb
 UT_EXPORT(255) BOOL UT_API utExtractServerW(LPCWSTR pszName, LPWSTR pszOut, DWORD cbOut);
 
 /**
- * Cuts server and resource out of a name, with all backslashes in front of them and between them.
+ * Cuts server and resource out of a name, with all backslashes before them and between them.
  *
  * @param pszName the name; NULL, or one without a resource separator, gives 0 and leaves pszOut
  *                alone.

@@ -56,8 +56,9 @@ typedef struct HXBUF__* HXBUF;
  * @param cbBuffer size of the buffer in bytes; 0 creates an XBuf without one.
  * @param pBuffer  the caller's buffer, to stay in place as long as the XBuf holds it, or NULL to
  *                 have one allocated, filled with zeros.
- * @return the handle; NULL only if there is no memory for the XBuf itself. If there is none for the
- *         buffer, the XBuf has no buffer: UT_XBUF_BLOCK_BUFFER gives NULL.
+ * @return the handle; NULL only if the platform has no memory for the XBuf itself. If it has none
+ *         for the buffer, the XBuf has no buffer: UT_XBUF_BLOCK_BUFFER gives NULL. The platform may
+ *         then have set a last-error value.
  */
 UT_EXPORT(60) HXBUF UT_API utXBufCreate(DWORD cbBuffer, LPVOID pBuffer);
 
@@ -86,8 +87,9 @@ UT_EXPORT(62) BOOL UT_API utXBufUseBuffer(HXBUF hXBuf, DWORD cbBuffer, LPVOID pB
  * Says who frees the buffer. Without a buffer, or with an invalid handle, nothing happens.
  *
  * @param hXBuf   the handle.
- * @param dwOwner 0: the caller, at any time after the XBuf let go of it. Non-zero: the XBuf, with
- *                LocalFree; the buffer must have come from LocalAlloc.
+ * @param dwOwner 0: the caller, at any time after the XBuf let go of it; a buffer that the XBuf
+ *                allocated is then freed with LocalFree. Non-zero: the XBuf, with LocalFree; the
+ *                buffer must have come from LocalAlloc.
  */
 UT_EXPORT(70) void UT_API utXBufSetOwner(HXBUF hXBuf, DWORD dwOwner);
 
@@ -130,7 +132,7 @@ BOOL UT_API utXBufCopyTo(HXBUF hXBuf, WORD wSide, LPCVOID pSource, DWORD cbSourc
  */
 UT_EXPORT(64)
 BOOL UT_API utXBufCopyStringTo(HXBUF hXBuf, WORD wSide, LPCSTR pszSource, LPVOID* ppBlock);
-/** Wide form of utXBufCopyStringTo. Nothing is aligned: the copy may stand at an odd address. */
+/** Wide form of utXBufCopyStringTo. Nothing is aligned: the copy may lie at an odd address. */
 UT_EXPORT(71)
 BOOL UT_API utXBufCopyWideStringTo(HXBUF hXBuf, WORD wSide, LPCWSTR pwszSource, LPVOID* ppBlock);
 
@@ -158,7 +160,7 @@ UT_EXPORT(67) DWORD UT_API utXBufGetSpaceUsed(HXBUF hXBuf);
  * Finds a block.
  *
  * @param hXBuf  the handle.
- * @param wBlock one of the UT_XBUF_BLOCK_ selectors.
+ * @param wBlock the block, UT_XBUF_BLOCK_BUFFER to UT_XBUF_BLOCK_FREE.
  * @return the block's first byte: at the back that of the block reserved last. NULL for an empty
  *         block, an invalid handle or an unknown selector.
  */
@@ -168,7 +170,7 @@ UT_EXPORT(68) LPVOID UT_API utXBufGetBlock(HXBUF hXBuf, WORD wBlock);
  * Measures a block.
  *
  * @param hXBuf  the handle.
- * @param wBlock one of the UT_XBUF_BLOCK_ selectors.
+ * @param wBlock the block, UT_XBUF_BLOCK_BUFFER to UT_XBUF_BLOCK_FREE.
  * @return the block's size in bytes; 0 for an invalid handle or an unknown selector.
  */
 UT_EXPORT(69) DWORD UT_API utXBufGetBlockSize(HXBUF hXBuf, WORD wBlock);

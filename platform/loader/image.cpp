@@ -58,10 +58,8 @@ void Relocate(const pe::Headers& headers, const Mapping& image) {
   const pe::View view = image.view();
   const pe::Word delta = reinterpret_cast<pe::Word>(image.data()) - headers.optional.imageBase;
   const auto directory = headers.At(pe::kRelocations);
-  // A small 64-bit program may hold no address to adjust.
-  const bool isProgram = (headers.file.characteristics & pe::kIsDll) == 0;
-  Require(directory.size != 0 || delta == 0 || (pe::kIs64Bit && isProgram),
-          "the image has no relocations");
+  // 64-bit code may hold no address: it reaches everything relative to itself.
+  Require(directory.size != 0 || delta == 0 || pe::kIs64Bit, "the image has no relocations");
   view.Range(directory.rva, directory.size, "the relocation directory");
   for (std::uint32_t done = 0; done < directory.size;) {
     const std::uint32_t start = directory.rva + done;

@@ -2,14 +2,12 @@
 
 using namespace tavkit;
 
-template CHAR* tavkit::FindChar<ByteText>(const CHAR*, WORD);
-template WCHAR* tavkit::FindChar<WideText>(const WCHAR*, WORD);
-template CHAR* tavkit::FindEnd<ByteText>(const CHAR*);
-template WCHAR* tavkit::FindEnd<WideText>(const WCHAR*);
-template CHAR* tavkit::SkipLeadChar<ByteText>(const CHAR*, WORD);
-template WCHAR* tavkit::SkipLeadChar<WideText>(const WCHAR*, WORD);
-template bool tavkit::CopyMakeAsciiz<ByteText>(const void*, DWORD, CHAR*, DWORD);
-template bool tavkit::CopyMakeAsciiz<WideText>(const void*, DWORD, WCHAR*, DWORD);
+namespace tavkit {
+
+UT_SHARED(, ByteText, CHAR)
+UT_SHARED(, WideText, WCHAR)
+
+}  // namespace tavkit
 
 bool WideText::Copy(Char* pszDest, const Char* pszSource) {
   const Char* pszEnd = FindEnd<WideText>(pszSource);

@@ -91,14 +91,6 @@ Hit ScanAfter(uintptr_t block, const Stops& stops) {
   return hit;
 }
 
-// The first block with a stop from an address on.
-template <class Stops>
-Hit ScanFrom(const void* p, const Stops& stops) {
-  Hit hit = LookAt(BlockOf(p), stops);
-  hit.stops &= BitsFrom(p);
-  return hit.stops != 0 ? hit : ScanAfter(hit.block, stops);
-}
-
 // The address of the first stop. One in the first block is counted from the address itself.
 template <class Stops>
 uintptr_t FirstStop(const void* p, const Stops& stops) {
@@ -121,12 +113,12 @@ Char<Text>* Scan(const Char<Text>* psz, const Stops& stops) {
 }
 
 template <class Text>
-Char<Text>* FindEnd(const Char<Text>* psz) {
+Char<Text>* UT_API FindEnd(const Char<Text>* psz) {
   return Scan<Text>(psz, Terminator<Text>());
 }
 
 template <class Text>
-Char<Text>* FindChar(const Char<Text>* psz, WORD wChar) {
+Char<Text>* UT_API FindChar(const Char<Text>* psz, WORD wChar) {
   const WORD wSought = Text::Sought(wChar);
   Char<Text>* pszStop = Scan<Text>(psz, UnitOrTerminator<Text>(wSought));
   return Text::Load(pszStop) == wSought ? pszStop : nullptr;
@@ -136,7 +128,9 @@ template <class Text>
 Char<Text>* FindLastInBlocks(const Char<Text>* psz, WORD wSought) {
   const UnitOrTerminator<Text> stops(wSought);
   uintptr_t found = 0;
-  for (Hit hit = ScanFrom(psz, stops);; hit = ScanAfter(hit.block, stops)) {
+  Hit hit = LookAt(BlockOf(psz), stops);
+  for (hit.stops &= BitsFrom(psz);; hit.stops = 0) {
+    if (hit.stops == 0) hit = ScanAfter(hit.block, stops);
     const __m128i units = LoadBlock(hit.block);
     const DWORD ends = Movemask(Terminator<Text>::Lanes(units)) & hit.stops;
     const DWORD upToEnd = ends ^ (ends - 1);  // all bits where there is no end

@@ -44,7 +44,7 @@ Char<Text>* TruncateAtChar(Char<Text>* psz, WORD wChar) {
 }
 
 template <class Text>
-Char<Text>* SkipLeadChar(const Char<Text>* psz, WORD wChar) {
+Char<Text>* UT_API SkipLeadChar(const Char<Text>* psz, WORD wChar) {
   if (psz == nullptr || Text::Load(psz) != wChar || !Text::CanMatch(wChar)) {
     return const_cast<Char<Text>*>(psz);
   }
@@ -81,15 +81,15 @@ bool TrimChar(Char<Text>* psz, WORD wChar, WORD wFlags) {
 }
 
 template <class Text>
-bool CopyMakeAsciiz(const void* pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest) {
-  if (!IsBuffer(pszDest, cbDest, Text::kUnit)) return false;
+BOOL UT_API CopyMakeAsciiz(LPCVOID pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest) {
+  if (!IsBuffer(pszDest, cbDest, Text::kUnit)) return FALSE;
   DWORD count = pSource == nullptr ? 0 : cbSource;
   // UT_SIZE_UNCHECKED is the largest number, so it cuts nothing.
   if (count > cbDest - Text::kUnit) count = cbDest - Text::kUnit;
   MoveBytes(pszDest, pSource, count);
   // The terminator stands at a whole unit, over the half one that an odd count ends with.
   Text::Store(pszDest + count / Text::kUnit, 0);
-  return true;
+  return TRUE;
 }
 
 // The count takes in the source's terminator, so that a second one follows it where both fit.

@@ -107,32 +107,33 @@ static_assert(ByteText::kUnit == 1 && WideText::kUnit == 2);
 template <class Text>
 using Char = typename Text::Char;
 
-// The operations that all layers above share. Each is compiled once, in exports.cpp.
+// The operations that all layers above share. Each form is compiled once, in exports.cpp, and has
+// the exports' calling convention: the body of its export is a jump.
 
 // The first match, the terminator included; NULL if there is none.
 template <class Text>
-Char<Text>* FindChar(const Char<Text>* psz, WORD wChar);
+[[gnu::noinline]] Char<Text>* UT_API FindChar(const Char<Text>* psz, WORD wChar);
 
 // The terminator.
 template <class Text>
-Char<Text>* FindEnd(const Char<Text>* psz);
+[[gnu::noinline]] Char<Text>* UT_API FindEnd(const Char<Text>* psz);
 
 // The first character that isn't wChar; NULL for NULL.
 template <class Text>
-Char<Text>* SkipLeadChar(const Char<Text>* psz, WORD wChar);
+[[gnu::noinline]] Char<Text>* UT_API SkipLeadChar(const Char<Text>* psz, WORD wChar);
 
 // The counted copy: as much as fits, and a terminator.
 template <class Text>
-bool CopyMakeAsciiz(const void* pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest);
+[[gnu::noinline]] BOOL UT_API CopyMakeAsciiz(LPCVOID pSource, DWORD cbSource, Char<Text>* pszDest,
+                                             DWORD cbDest);
 
-extern template CHAR* FindChar<ByteText>(const CHAR*, WORD);
-extern template WCHAR* FindChar<WideText>(const WCHAR*, WORD);
-extern template CHAR* FindEnd<ByteText>(const CHAR*);
-extern template WCHAR* FindEnd<WideText>(const WCHAR*);
-extern template CHAR* SkipLeadChar<ByteText>(const CHAR*, WORD);
-extern template WCHAR* SkipLeadChar<WideText>(const WCHAR*, WORD);
-extern template bool CopyMakeAsciiz<ByteText>(const void*, DWORD, CHAR*, DWORD);
-extern template bool CopyMakeAsciiz<WideText>(const void*, DWORD, WCHAR*, DWORD);
+#define UT_SHARED(instantiation, Text, Char)                                 \
+  instantiation template Char* UT_API FindChar<Text>(const Char*, WORD);     \
+  instantiation template Char* UT_API FindEnd<Text>(const Char*);            \
+  instantiation template Char* UT_API SkipLeadChar<Text>(const Char*, WORD); \
+  instantiation template BOOL UT_API CopyMakeAsciiz<Text>(LPCVOID, DWORD, Char*, DWORD);
+UT_SHARED(extern, ByteText, CHAR)
+UT_SHARED(extern, WideText, WCHAR)
 
 inline DWORD ByteText::Length(const Char* psz) {
   const auto length = static_cast<DWORD>(lstrlenA(psz));

@@ -6,13 +6,13 @@
 namespace tavkit {
 
 XBuf* XBuf::Allocate() {
-  // With pointers of 32 bits, eight fields of as many.
-  static_assert(sizeof(void*) != 4 ||
-                (offsetof(XBuf, dwSignature) == 0 && offsetof(XBuf, pBuffer) == 4 &&
-                 offsetof(XBuf, cbBuffer) == 8 && offsetof(XBuf, pFree) == 12 &&
-                 offsetof(XBuf, cbFree) == 16 && offsetof(XBuf, cbFront) == 20 &&
-                 offsetof(XBuf, cbBack) == 24 && offsetof(XBuf, fOwnsBuffer) == 28 &&
-                 sizeof(XBuf) == 32));
+  // Four fields that take a pointer each, two of them numbers with padding, and four numbers more.
+  constexpr size_t kPointer = sizeof(void*), kNumbers = 4 * kPointer;
+  static_assert(offsetof(XBuf, dwSignature) == 0 && offsetof(XBuf, pBuffer) == kPointer &&
+                offsetof(XBuf, cbBuffer) == 2 * kPointer && offsetof(XBuf, pFree) == 3 * kPointer &&
+                offsetof(XBuf, cbFree) == kNumbers && offsetof(XBuf, cbFront) == kNumbers + 4 &&
+                offsetof(XBuf, cbBack) == kNumbers + 8 &&
+                offsetof(XBuf, fOwnsBuffer) == kNumbers + 12 && sizeof(XBuf) == kNumbers + 16);
   auto* pXBuf = static_cast<XBuf*>(LocalAlloc(LMEM_ZEROINIT, sizeof(XBuf)));
   if (pXBuf != nullptr) pXBuf->dwSignature = UT_XBUF_SIGNATURE;
   return pXBuf;

@@ -12,8 +12,8 @@ namespace {
 constexpr char kMarks[] = "abcd";  // one for each thread, in all that it works on
 constexpr int kTurns = 40;
 
-// A text on the stack of a thread. The library reads whole aligned blocks of 16 bytes, so the blocks
-// of a text hold nothing else: on the heap they could hold what another thread writes.
+// A text on the stack of a thread. The library reads whole aligned blocks of 16 bytes, so the
+// blocks of a text hold nothing else: on the heap they could hold what another thread writes.
 template <class Char, std::size_t kSize>
 struct alignas(16) Block {
   Char units[kSize] = {};
@@ -82,6 +82,7 @@ TEST(Threads, GetWhatEachWouldGetAlone) {
   std::vector<std::string> expected;
   for (int i = 0; kMarks[i] != 0; ++i) expected.push_back(Work(kMarks[i]));
   std::vector<std::thread> threads;
+  // Each lets the others go on at every operation, so that what they share by mistake shows.
   host::ShowCalls([](const host::Call&) { std::this_thread::yield(); });
   std::vector<int> mistakes(expected.size());
   for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -92,7 +93,6 @@ TEST(Threads, GetWhatEachWouldGetAlone) {
     });
   }
   for (auto& thread : threads) thread.join();
-  host::ShowCalls(nullptr);
   for (std::size_t i = 0; i < threads.size(); ++i) EXPECT_EQ(mistakes[i], 0) << kMarks[i];
 }
 
