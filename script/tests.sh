@@ -3,7 +3,9 @@
 # run_tests PROGRAM FILTER: runs the tests of a program. One that crashes or hangs is named and ends itself alone:
 # those that follow it run in a new process.
 run_tests() {
-  local program=$1 filter=$2 printed ran='' failed=0 status names
+  local program=$1 filter=$2 printed ran='' failed=0 status names place
+  local dll=dist/bin/TAVKIT.DLL
+  [[ $program != */host64/* ]] || dll=dist/x64/bin/TAVKIT.DLL
   printed=$(mktemp)
   while :; do
     status=0
@@ -13,6 +15,9 @@ run_tests() {
     ! grep -q '^\[==========\] .* ran\.' "$printed" || break
     mapfile -t names < <(sed -n 's/^\[ RUN      \] //p' "$printed")
     [ "${#names[@]}" -ne 0 ] || break
+    place=$(sed -n 's/^signal .* at TAVKIT\.DLL+//p' "$printed")
+    [ -z "$place" ] ||
+      llvm-symbolizer-19 --obj="${TAVKIT_DLL:-$dll}" --relative-address "$place" | sed -n '1s/^/in /p'
     echo "[  CRASHED ] ${names[-1]} (exit code $status; 124: it took more than 300 seconds)"
     [[ "$filter$ran" = *-* ]] || ran=-
     ran+=$(printf ':%s' "${names[@]}")

@@ -29,6 +29,8 @@ static bool Connect() { return true; }
 
 #include <client.h>
 #include <operation_table.h>
+#include <signal.h>
+#include <ucontext.h>
 
 static std::unique_ptr<host::Module> module;
 
@@ -43,7 +45,24 @@ HMODULE test::StoredModuleHandle() {
   return hModule;
 }
 
+// Says where in the DLL a test crashes. The program then ends of the same signal.
+static void ReportCrash(int number, siginfo_t*, void* context) {
+#ifdef __x86_64__
+  constexpr int kPlace = REG_RIP;
+#else
+  constexpr int kPlace = REG_EIP;
+#endif
+  const auto place = static_cast<ucontext_t*>(context)->uc_mcontext.gregs[kPlace];
+  const auto offset = static_cast<std::uintptr_t>(place) - std::uintptr_t(module->handle());
+  std::printf("signal %d at TAVKIT.DLL+0x%zx\n", number, std::size_t{offset});
+  std::fflush(stdout);
+}
+
 static bool Connect() {
+  struct sigaction action = {};
+  action.sa_sigaction = ReportCrash;
+  action.sa_flags = SA_SIGINFO | static_cast<int>(SA_RESETHAND);
+  sigaction(SIGSEGV, &action, nullptr);
   const char* path = std::getenv("TAVKIT_DLL");
   try {
     const char* const shipped =
