@@ -1,5 +1,5 @@
-// The records of a PE image that the loader reads, laid out as in the file. An image is of the width
-// of the process that loads it: PE32 at 32 bits, PE32+ at 64.
+// The records of a PE image that the loader reads, laid out as in the file. An image is of the
+// width of the process that loads it: PE32 at 32 bits, PE32+ at 64.
 #ifndef PLATFORM_LOADER_PE_FORMAT_H
 #define PLATFORM_LOADER_PE_FORMAT_H
 

@@ -19,8 +19,8 @@ class AtomicFile {
   // Reads the file. Nothing if there is none; what is no regular file is refused.
   const std::optional<std::string>& Read();
 
-  // Writes a new file beside the old one and renames it over that, so that a crash leaves one of the
-  // two and never a part. A file that another process changed since it was read or replaced here
+  // Writes a new file beside the old one and renames it over that, so that a crash leaves one of
+  // the two and never a part. A file that another process changed since it was read or replaced here
   // is refused, so that no update is lost; replacing goes on one by one in a folder.
   //
   // The new file has the mode of the old one, and its owner and group as far as the process may
