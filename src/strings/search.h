@@ -142,7 +142,7 @@ Char<Text>* FindLastInBlocks(const Char<Text>* psz, WORD wSought) {
 
 // The last match, the terminator included; NULL if there is none.
 template <class Text>
-Char<Text>* FindRevChar(const Char<Text>* psz, WORD wChar) {
+Char<Text>* UT_API FindRevChar(const Char<Text>* psz, WORD wChar) {
   const WORD wSought = Text::Sought(wChar);
   if (!IsCut<Text>(psz)) return FindLastInBlocks<Text>(psz, wSought);
   const Char<Text>* pszFound = nullptr;

@@ -42,7 +42,7 @@ Char<Text>* AppendSeparator(const Tail<Char<Text>>& path) {
 }
 
 template <class Text>
-void AppendPathComponent(Char<Text>* pszPath, const Char<Text>* pszComponent) {
+void UT_API AppendPathComponent(Char<Text>* pszPath, const Char<Text>* pszComponent) {
   if (pszPath == nullptr) return;
   Char<Text>* pszEnd = AppendSeparator<Text>(Text::FindTail(pszPath));
   CopyToEnd<Text>(pszEnd, BareText<Text>(pszComponent));
@@ -99,8 +99,8 @@ inline DWORD UncBits(bool hasServer, bool hasResource, bool hasPath) {
 }
 
 template <class Text>
-DWORD SearchUncName(const Char<Text>* pszName, Char<Text>** ppszStart,
-                    Char<Text>** ppszResourceSeparator, Char<Text>** ppszPathSeparator) {
+DWORD UT_API SearchUncName(const Char<Text>* pszName, Char<Text>** ppszStart,
+                           Char<Text>** ppszResourceSeparator, Char<Text>** ppszPathSeparator) {
   if (pszName == nullptr) return 0;
   const auto name = ParseUncName<Text>(pszName);
   const bool isName = name.server.pszStart != nullptr;
@@ -112,7 +112,7 @@ DWORD SearchUncName(const Char<Text>* pszName, Char<Text>** ppszStart,
 }
 
 template <class Text>
-DWORD CheckUncName(const Char<Text>* pszName) {
+DWORD UT_API CheckUncName(const Char<Text>* pszName) {
   const auto name = ParseUncName<Text>(pszName);
   return UncBits(!name.server.IsEmpty(), !name.resource.IsEmpty(), !name.path.IsEmpty());
 }
@@ -123,8 +123,9 @@ void StoreEmpty(Char<Text>* pszOut, DWORD cbOut) {
 }
 
 template <class Text>
-DWORD BreakUncName(const Char<Text>* pszName, Char<Text>* pszServer, DWORD cbServer,
-                   Char<Text>* pszResource, DWORD cbResource, Char<Text>* pszPath, DWORD cbPath) {
+DWORD UT_API BreakUncName(const Char<Text>* pszName, Char<Text>* pszServer, DWORD cbServer,
+                          Char<Text>* pszResource, DWORD cbResource, Char<Text>* pszPath,
+                          DWORD cbPath) {
   if (pszName == nullptr) return 0;
   const auto name = ParseUncName<Text>(pszName);
   if (name.server.pszStart == nullptr) {
