@@ -25,7 +25,7 @@ DWORD UT_API MultiAsciizSize(const Char<Text>* pList, BOOL fWithFinalZero) {
 
 template <class Text>
 Char<Text>* NextAsciiz(const Char<Text>* pszString) {
-  return pszString == nullptr ? nullptr : FindEnd<Text>(pszString) + 1;
+  return pszString == nullptr ? nullptr : ScanEnd<Text>(pszString) + 1;
 }
 
 template <class Text>
