@@ -68,7 +68,7 @@ LPSTR UT_API CharNextA(LPCSTR psz) {
 
 LPSTR UT_API CharPrevA(LPCSTR pszStart, LPCSTR pszCurrent) {
   host::Enter(__func__, pszStart, pszCurrent);
-  LPCSTR pszBefore = pszStart;
-  for (LPCSTR psz = pszStart; psz < pszCurrent && *psz != 0; psz = host::Step(psz)) pszBefore = psz;
-  return const_cast<LPSTR>(pszBefore);
+  LPCSTR psz = pszStart;
+  while (*psz != 0 && host::Step(psz) < pszCurrent) psz = host::Step(psz);
+  return const_cast<LPSTR>(psz);
 }

@@ -1,5 +1,5 @@
-// Code-page conversion through iconv. The bytes of code page 1252 that stand for no character are
-// not valid here. If the target is too small, it is filled as far as it goes, without a terminator.
+// Code-page conversion through iconv, without best fit: what has no counterpart is replaced. If the
+// target is too small, it is filled as far as whole characters go, without a terminator.
 #include "conversion.h"
 
 #include <iconv.h>
@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <type_traits>
 
 #include "codepage.h"
 #include "host.h"
@@ -16,18 +17,32 @@
 namespace host {
 namespace {
 
-// Converts all of a text; each unit that stops the conversion is replaced.
+// The bytes that the platform takes for the control characters of their numbers, and iconv for none.
+bool IsControlOf(const std::string& charset, unsigned unit) {
+  if (charset == "CP932") return unit == 0x80;
+  return charset == "CP1252" &&
+         (unit == 0x81 || unit == 0x8D || unit == 0x8F || unit == 0x90 || unit == 0x9D);
+}
+
+// Converts all of a text from or to a set; each unit that stops the conversion is replaced.
 template <class To, class From>
-std::basic_string<To> Convert(const Converter& converter, std::basic_string_view<From> text,
-                              Replacement& replacement) {
+std::basic_string<To> Convert(const Converter& converter, const std::string& charset,
+                              std::basic_string_view<From> text, Replacement& replacement) {
   std::string_view left(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(From));
   std::string bytes;
   for (;;) {
     left.remove_prefix(converter.Convert(left, bytes));
     if (left.empty()) break;
-    for (const char unit : replacement.text) bytes.append({unit, 0}, 0, sizeof(To));
+    From unit;
+    std::memcpy(&unit, left.data(), sizeof unit);
+    left.remove_prefix(sizeof unit);
+    if (IsControlOf(charset, static_cast<std::make_unsigned_t<From>>(unit))) {
+      const auto same = static_cast<To>(static_cast<unsigned char>(unit));
+      bytes.append(reinterpret_cast<const char*>(&same), sizeof same);
+      continue;
+    }
+    for (const char each : replacement.text) bytes.append({each, 0}, 0, sizeof(To));
     replacement.wasUsed = true;
-    left.remove_prefix(sizeof(From));
   }
   std::basic_string<To> result(bytes.size() / sizeof(To), To());
   std::memcpy(result.data(), bytes.data(), bytes.size());
@@ -51,12 +66,24 @@ std::basic_string<Unit> Take(const Unit* source, int count) {
   return taken;
 }
 
+// How much of a text fits; no half of a double-byte character.
+std::size_t Fitting(const std::u16string& text, std::size_t count) {
+  return std::min(text.size(), count);
+}
+std::size_t Fitting(const std::string& text, std::size_t count) {
+  std::size_t fitting = 0;
+  while (fitting < text.size() && fitting + CharacterLength(text, fitting) <= count) {
+    fitting += CharacterLength(text, fitting);
+  }
+  return fitting;
+}
+
 template <class Unit>
 int Give(const std::basic_string<Unit>& text, Unit* target, int count) {
   const auto needed = static_cast<int>(text.size());
   if (count == 0) return needed;
   if (count < 0 || target == nullptr) return 0;
-  const auto stored = static_cast<std::size_t>(std::min(needed, count));
+  const auto stored = Fitting(text, static_cast<std::size_t>(count));
   std::memcpy(reinterpret_cast<void*>(target), text.data(), stored * sizeof(Unit));
   return needed <= count ? needed : 0;
 }
@@ -89,11 +116,11 @@ std::size_t Converter::Convert(std::string_view text, std::string& result) const
 }
 
 std::u16string Widen(std::string_view text, const std::string& charset, Replacement& replacement) {
-  return Convert<char16_t>(Converter("UTF-16LE", charset), text, replacement);
+  return Convert<char16_t>(Converter("UTF-16LE", charset), charset, text, replacement);
 }
 
 std::string Narrow(std::u16string_view text, const std::string& charset, Replacement& replacement) {
-  return Convert<char>(Converter(charset, "UTF-16LE"), text, replacement);
+  return Convert<char>(Converter(charset, "UTF-16LE"), charset, text, replacement);
 }
 
 std::string CharsetOf(unsigned codePage) { return "CP" + std::to_string(codePage); }

@@ -1,8 +1,10 @@
 #include "desktop.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
+#include "codepage.h"
 #include "host.h"
 #include "state.h"
 
@@ -28,6 +30,8 @@ LONG Sum(LONG a, LONG b) {
   return static_cast<LONG>(static_cast<DWORD>(a) + static_cast<DWORD>(b));
 }
 POINT Sum(POINT a, POINT b) { return {Sum(a.x, b.x), Sum(a.y, b.y)}; }
+// Positions and sizes are kept as 16-bit numbers.
+LONG Clamp(LONG a) { return std::clamp(a, -0x8000, 0x7FFF); }
 LONG Negative(LONG a) { return static_cast<LONG>(-static_cast<DWORD>(a)); }
 
 // Where a window's client area starts on the screen; that of no window is the screen itself.
@@ -95,7 +99,7 @@ unsigned RunMessages() {
 }
 
 void SetString(HINSTANCE hModule, UINT idString, std::string text) {
-  state->desktop.strings[{hModule, idString}] = std::move(text);
+  state->desktop.strings[{hModule, idString & 0xFFFF}] = std::move(text);
 }
 
 void SetSuccess(BOOL value) { state->desktop.success = value; }
@@ -137,7 +141,8 @@ BOOL UT_API SetWindowPos(HWND hWnd, HWND hWndInsertAfter, int x, int y, int cx, 
     cx = host::Sum(rect.right, host::Negative(rect.left));
     cy = host::Sum(rect.bottom, host::Negative(rect.top));
   }
-  rect = {x, y, host::Sum(x, cx), host::Sum(y, cy)};
+  x = host::Clamp(x), y = host::Clamp(y);
+  rect = {x, y, x + std::max(host::Clamp(cx), 0), y + std::max(host::Clamp(cy), 0)};
   return host::state->desktop.success;
 }
 
@@ -156,6 +161,8 @@ BOOL UT_API EnableWindow(HWND hWnd, BOOL fEnable) {
   if (host::Fails(__func__, hWnd, fEnable)) return FALSE;
   auto* const window = host::Find(hWnd);
   if (window == nullptr) return FALSE;
+  // Who can't have the focus loses it.
+  if (fEnable == 0 && host::state->desktop.hWndFocus == hWnd) host::SetFocus(nullptr);
   return host::Answer(!std::exchange(window->isEnabled, fEnable != 0));
 }
 
@@ -166,9 +173,17 @@ int UT_API LoadStringA(HINSTANCE hModule, UINT idString, LPSTR psz, int cch) {
   if (host::Fails(__func__, hModule, idString, psz, cch)) {
     return static_cast<int>(host::FailureCode());
   }
-  const auto found = host::state->desktop.strings.find({hModule, idString});
-  if (found == host::state->desktop.strings.end() || cch < 1) return 0;
-  const std::string text = found->second.substr(0, static_cast<std::size_t>(cch) - 1);
+  const auto found = host::state->desktop.strings.find({hModule, idString & 0xFFFF});
+  if (cch < 1) return 0;
+  std::string text;
+  if (found != host::state->desktop.strings.end()) {
+    const std::string& whole = found->second;
+    // As many whole characters as fit.
+    for (std::size_t next = 0; text.size() < whole.size(); text = whole.substr(0, next)) {
+      next += host::CharacterLength(whole, next);
+      if (next >= static_cast<std::size_t>(cch)) break;
+    }
+  }
   std::memcpy(psz, text.c_str(), text.size() + 1);
   return static_cast<int>(text.size());
 }
@@ -180,6 +195,7 @@ LRESULT UT_API SendMessageA(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) 
 
 BOOL UT_API PostMessageA(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam) {
   if (host::Fails(__func__, hWnd, uMsg, wParam, lParam)) return FALSE;
+  if (host::Find(hWnd) == nullptr) return FALSE;
   host::state->desktop.posted.push_back({hWnd, uMsg, wParam, lParam});
   return host::state->desktop.success;
 }

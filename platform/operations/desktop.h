@@ -32,7 +32,7 @@ void SetFocus(HWND hWnd);
 // Lets windows handle what was posted to them, in order. Returns how many messages there were.
 unsigned RunMessages();
 
-// Puts a string into a module's string table.
+// Puts a string into a module's string table, in which 16 bits of its number count.
 void SetString(HINSTANCE hModule, UINT idString, std::string text);
 
 // What the operations on windows give for success, 1 at program start: any other non-zero value

@@ -1,5 +1,6 @@
 // The six time conversions: years 1601 to 30827, DOS years 1980 to 2107 in steps of two seconds, an
 // odd second being rounded down. A time outside these, or with an invalid field, is refused.
+// Between local time and UTC every count is converted.
 #include "file_time.h"
 
 #include <chrono>
@@ -28,17 +29,24 @@ constexpr Time kEnd = sys_days{std::chrono::year{30828} / 1 / 1};
 constexpr int kFirstDosYear = 1980;
 constexpr int kLastDosYear = 2107;
 
+std::uint64_t Count(const FILETIME* pft) {
+  return std::uint64_t{pft->dwHighDateTime} << 32 | pft->dwLowDateTime;
+}
+
 std::optional<Time> Read(const FILETIME* pft) {
-  const auto ticks = std::uint64_t{pft->dwHighDateTime} << 32 | pft->dwLowDateTime;
+  const auto ticks = Count(pft);
   if (ticks >= static_cast<std::uint64_t>((kEnd - kFirst).count())) return {};
   return kFirst + Ticks{static_cast<std::int64_t>(ticks)};
 }
 
-BOOL Store(std::optional<Time> time, LPFILETIME pft) {
-  if (!time || *time < kFirst || *time >= kEnd) return FALSE;
-  const auto ticks = static_cast<std::uint64_t>((*time - kFirst).count());
+BOOL Store(std::uint64_t ticks, LPFILETIME pft) {
   *pft = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
   return state->time.success;
+}
+
+BOOL Store(std::optional<Time> time, LPFILETIME pft) {
+  if (!time || *time < kFirst || *time >= kEnd) return FALSE;
+  return Store(static_cast<std::uint64_t>((*time - kFirst).count()), pft);
 }
 
 // A date and a time of day; the fields are checked by Join() only.
@@ -74,10 +82,10 @@ std::optional<Time> Join(const Fields& fields) {
          milliseconds{fields.millisecond};
 }
 
+// Counts past either end begin anew at the other.
 BOOL Shift(const FILETIME* pftFrom, LPFILETIME pftTo, int byMinutes) {
-  auto time = Read(pftFrom);
-  if (time) *time += minutes{byMinutes};
-  return Store(time, pftTo);
+  const auto shift = static_cast<std::uint64_t>(Ticks{minutes{byMinutes}}.count());
+  return Store(Count(pftFrom) + shift, pftTo);
 }
 
 }  // namespace

@@ -92,6 +92,8 @@ LONG OnKey(HKEY hKey, REGSAM needed, Work work) {
 // Opens or, where `made` is given, creates the key at a path and counts there what was missing.
 LONG OpenAt(HKEY hKey, std::string_view path, REGSAM samDesired, PHKEY phkResult,
             std::size_t* made) {
+  // A key that isn't there to open leaves NULL.
+  if (made == nullptr && phkResult != nullptr) *phkResult = nullptr;
   return OnKey(hKey, 0, [&](const KeyPointer& parent) -> LONG {
     if (phkResult == nullptr) return ERROR_INVALID_PARAMETER;
     if (path.starts_with('\\')) return kErrorBadPathname;

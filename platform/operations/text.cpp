@@ -16,7 +16,10 @@ namespace {
 
 wint_t UpperCase(wint_t unit) {
   static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-  return locale == nullptr ? towupper(unit) : towupper_l(unit, locale);
+  if (locale == nullptr) return towupper(unit);
+  // A letter that is no other one's lower case, like the dotless i, stays as it is.
+  const wint_t upper = towupper_l(unit, locale);
+  return towlower_l(upper, locale) == unit ? upper : unit;
 }
 
 // The bytes 0x80 to 0x9F of code page 1252 that are letters in both cases, lower case first.

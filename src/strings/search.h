@@ -1,4 +1,4 @@
-// Scans of text, a block a step, and four where nothing is found. A stop is a unit that ends a scan.
+// Scans of text, a block a step, and four where nothing is found. A stop is a unit that ends one.
 #ifndef TAVKIT_STRINGS_SEARCH_H
 #define TAVKIT_STRINGS_SEARCH_H
 

@@ -1,4 +1,5 @@
 // The platform layer's desktop: windows in windows.
+#include <codepage.h>
 #include <desktop.h>
 #include <gtest/gtest.h>
 #include <host.h>
@@ -21,8 +22,36 @@ TEST(Desktop, PlacesChildrenInTheirParents) {
   EXPECT_TRUE(SetWindowPos(hWnd, nullptr, 110, 120, 9, 9, SWP_NOSIZE));
   EXPECT_TRUE(SetWindowPos(hWndPage, nullptr, 9, 9, 50, -40, SWP_NOMOVE));
   EXPECT_TRUE(isAt(hWnd, {110, 120, 410, 320}));
-  EXPECT_TRUE(isAt(hWndPage, {119, 150, 169, 110}));
+  EXPECT_TRUE(isAt(hWndPage, {119, 150, 169, 150}));
   EXPECT_TRUE(isAt(hWndItem, {120, 151, 140, 161}));
+  EXPECT_TRUE(SetWindowPos(hWnd, nullptr, 40000, -40000, 1 << 30, 9, 0));
+  EXPECT_TRUE(isAt(hWnd, {32767, -32768, 65534, -32759}));
+}
+
+TEST(Desktop, TakesAwayTheFocusAndLosesMessagesToNoWindow) {
+  host::Reset();
+  const HWND hWnd = host::AddWindow({});
+  host::SetFocus(hWnd);
+  EnableWindow(hWnd, FALSE);
+  EXPECT_EQ(GetFocus(), nullptr);
+  EXPECT_EQ(PostMessageA(reinterpret_cast<HWND>(7), WM_NEXTDLGCTL, 0, 0), 0);
+  EXPECT_EQ(host::RunMessages(), 0u);
+}
+
+TEST(Desktop, CutsStringsToWholeCharacters) {
+  host::Reset();
+  host::SetCodePage(932);
+  host::SetString(nullptr, 5, "a\x93\x61z");
+  const std::pair<int, std::string> rows[] = {
+      {1, ""}, {2, "a"}, {3, "a"}, {4, "a\x93\x61"}, {9, "a\x93\x61z"}};
+  for (const auto& [cch, expected] : rows) {
+    char text[9] = "????????";
+    EXPECT_EQ(LoadStringA(nullptr, 0x10005, text, cch), std::ssize(expected)) << cch;
+    EXPECT_EQ(text, expected);
+  }
+  char text[] = "?";
+  EXPECT_EQ(LoadStringA(nullptr, 6, text, 1), 0);
+  EXPECT_EQ(text[0], 0);
 }
 
 }  // namespace

@@ -38,6 +38,7 @@ TEST_F(Platform, StepsByTheLeadBytesOfTheCodePage) {
     }
     EXPECT_EQ(starts, row.starts) << row.codePage;
     EXPECT_EQ(CharPrevA(text, text), text);
+    EXPECT_EQ(CharPrevA(text, text + row.text.size() + 1), text + row.text.size());
     EXPECT_EQ(*CharNextA(text + row.text.size()), 0);
   }
   EXPECT_FALSE(host::SetCodePage(437));
@@ -68,6 +69,9 @@ TEST_F(Platform, ComparesWithAndWithoutRegardToCase) {
     EXPECT_EQ(lstrcmpA(row.first, row.second), -lstrcmpA(row.second, row.first));
   }
   EXPECT_EQ(lstrcmpiW(u"a\u00E9\u0436\uFFFF", u"A\u00C9\u0416\uFFFF"), 0);
+  for (const auto& [lower, upper] :
+       {std::pair(u"\u0131", u"I"), {u"\u017F", u"S"}, {u"\u03D0", u"\u0392"}})
+    EXPECT_NE(lstrcmpiW(lower, upper), 0);
   EXPECT_NE(lstrcmpW(u"a", u"A"), 0);
   EXPECT_LT(lstrcmpW(u"a\x7FFF", u"a\x8000"), 0);
 }

@@ -222,14 +222,7 @@ PROPERTY(RegistryFile, HoldsAnyRegistry, 120) {
   }
 }
 
-// A number in one of the ways to write it.
-std::string AnyHex(test::Choices& choices, unsigned number) {
-  char digits[9];
-  std::snprintf(digits, sizeof digits, choices.Of<const char*>({"%x", "%X", "%02x"}), number);
-  return digits;
-}
-
-// The lines of a file, well formed in any way, with what they say beside them.
+// A small registry in any of the ways to write it.
 PROPERTY(RegistryFile, TakesAnyWellFormedContent, 200) {
   if (choices.Below(8) == 0) {
     const auto head = choices.Of<std::string>(
@@ -238,41 +231,29 @@ PROPERTY(RegistryFile, TakesAnyWellFormedContent, 200) {
   }
   const auto end = [&] { return choices.Of<std::string>({"\n", "\r\n", " \t\r\n"}); };
   const auto blank = [&] { return choices.Of<std::string>({"", "", " ", "\t "}); };
-  const auto expected = host::NewRegistry();
-  std::shared_ptr<host::RegistryKey> key;
-  std::size_t made = 0;
-  auto content = "REGEDIT4" + end();
-  for (unsigned left = choices.Below(12); left > 0; --left) {
-    if (choices.Below(4) == 0) content += blank() + choices.Of<std::string>({"", "; [x]"}) + end();
-    if (key == nullptr || choices.Below(3) == 0) {
-      const auto path =
-          choices.Of<std::string>({"hkey_users", "HKEY_USERS\\a", "HKEY_users\\A\\]"});
-      key = host::FindKey(expected, path, &made);
-      content += blank() + "[" + path + "]" + end();
-    }
-    const auto name = choices.Of<std::string>({"", "n", "N\\\"", "\n"});
-    content +=
-        blank() + (name == "N\\\"" ? "\"N\\\\\\\"\"" : '"' + name + '"') + blank() + "=" + blank();
-    std::vector<unsigned char> data;
-    auto type = choices.Of<DWORD>({REG_SZ, REG_DWORD, REG_BINARY, 0xABCDEF});
-    if (type == REG_SZ) {
-      data = {'t', '\r', 0};
-      content += "\"t\r\"" + end();
-    } else if (type == REG_DWORD) {
-      data = {static_cast<unsigned char>(choices.Below(256)), 0, 0, 0};
-      content += "dword:" + AnyHex(choices, data[0]) + end();
-    } else {
-      content += type == REG_BINARY ? "hex:" : "hex(" + AnyHex(choices, type) + "):";
-      for (unsigned bytes = choices.Below(4); bytes > 0; --bytes) {
-        data.push_back(static_cast<unsigned char>(choices.Below(256)));
-        content += blank() + AnyHex(choices, data.back()) + (bytes > 1 ? "," : "");
-        if (bytes > 1 && choices.Below(2) != 0) content += "\\" + end();
-      }
-      content += end();
-    }
-    host::SetValue(*key, name, type, data);
+  const auto number = [&](unsigned value) {
+    char digits[9];
+    std::snprintf(digits, sizeof digits, choices.Of<const char*>({"%x", "%X", "%02x"}), value);
+    return std::string(digits);
+  };
+  const auto bytes = choices.Text<unsigned char>({0, 1, 0x9F, 0xFF}, 5);
+  std::string list;
+  for (const auto byte : bytes) {
+    if (!list.empty()) list += "," + choices.Of<std::string>({"", "\\" + end()});
+    list += blank() + number(byte);
   }
-  if (key == nullptr) return;  // the version alone counts as cut
+  auto content = "REGEDIT4" + end();
+  for (const auto& line :
+       {""s, "[hkey_users\\A]"s, "; [x]"s, "@=dword:" + number(0xAB),
+        "\"t\"" + blank() + "=" + blank() + "\"\r\"", "\"b\"=hex(" + number(0xABC) + "):" + list}) {
+    content += blank() + line + end();
+  }
+  const auto expected = host::NewRegistry();
+  std::size_t made = 0;
+  auto& key = *host::FindKey(expected, "HKEY_USERS\\A", &made);
+  host::SetValue(key, "", REG_DWORD, {0xAB, 0, 0, 0});
+  host::SetValue(key, "t", REG_SZ, {'\r', 0});
+  host::SetValue(key, "b", 0xABC, {bytes.begin(), bytes.end()});
   EXPECT_EQ(*host::ParseRegistry(content), *expected) << content;
 }
 

@@ -42,7 +42,8 @@ TEST_F(Settings, ConvertTimesWithinThePlatformsLimits) {
   }
   ft = {0, 0};
   host::SetZoneBias(-60);
-  EXPECT_EQ(LocalFileTimeToFileTime(&ft, &shifted), 0);
+  EXPECT_EQ(LocalFileTimeToFileTime(&ft, &shifted), 1);
+  EXPECT_EQ(shifted.dwHighDateTime, ~0u - (36'000'000'000 >> 32));
   EXPECT_EQ(FileTimeToLocalFileTime(&ft, &shifted), 1);
   EXPECT_EQ(shifted.dwHighDateTime, 36'000'000'000 >> 32);
 }
@@ -95,6 +96,15 @@ TEST_F(Settings, ReplaceWhatHasNoCounterpart) {
   EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, text, -1, bytes, 8, "*", &usedDefault), 6);
   EXPECT_STREQ(bytes, "\x82\xA0***");
   EXPECT_EQ(usedDefault, TRUE);
+  std::memset(bytes, 'x', sizeof bytes);
+  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, u"a\u3042", -1, bytes, 2, nullptr, nullptr), 0);
+  EXPECT_EQ(std::string(bytes, 3), "axx");
+  // Bytes that stand for controls, and one that doesn't.
+  host::SetCodePage(1252);
+  EXPECT_EQ(MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, "\x81\x80", -1, wide, 4), 3);
+  EXPECT_EQ(std::u16string(wide), u"\u0081\u20AC");
+  EXPECT_EQ(WideCharToMultiByte(CP_ACP, 0, u"\u009D\u0080", -1, bytes, 8, nullptr, nullptr), 3);
+  EXPECT_STREQ(bytes, "\x9D?");
 }
 
 }  // namespace

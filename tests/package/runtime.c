@@ -36,17 +36,17 @@ static int ReadNumber(const char** pFormat, va_list* arguments) {
   return number;
 }
 
-static char* WriteDigits(char* pEnd, unsigned value, unsigned base, char cTen) {
-  do *--pEnd = (char)(value % base < 10 ? '0' + value % base : cTen + value % base - 10);
+static char* WriteDigits(char* pEnd, unsigned value, unsigned base) {
+  do *--pEnd = "0123456789abcdef"[value % base];
   while ((value /= base) != 0);
   return pEnd;
 }
 
-/* The conversions c d s u x X with flags 0 and -, width and precision. */
+/* The conversions d, s, u and x with the flags 0 and -, width and precision. */
 static void Format(Sink* sink, const char* format, va_list arguments) {
   for (; *format != 0; ++format) {
     char digits[16], *pText = digits + sizeof digits;
-    int isLeft = 0, width, precision = 0x7FFF, length = 0, value;
+    int isLeft = 0, width, precision = 0x7FFF, length = 0, value, isNegative;
     char cPad;
     if (*format != '%' || *++format == '%') {
       Put(sink, *format);
@@ -62,14 +62,10 @@ static void Format(Sink* sink, const char* format, va_list arguments) {
       while (length < precision && pText[length] != 0) ++length;
     } else {
       value = va_arg(arguments, int);
-      if (*format == 'c') *--pText = (char)value;
-      if (*format == 'u') pText = WriteDigits(pText, (unsigned)value, 10, 'a');
-      if (*format == 'x') pText = WriteDigits(pText, (unsigned)value, 16, 'a');
-      if (*format == 'X') pText = WriteDigits(pText, (unsigned)value, 16, 'A');
-      if (*format == 'd') {
-        pText = WriteDigits(pText, value < 0 ? 0u - (unsigned)value : (unsigned)value, 10, 'a');
-        if (value < 0) *--pText = '-';
-      }
+      isNegative = *format == 'd' && value < 0;
+      pText = WriteDigits(pText, isNegative ? 0u - (unsigned)value : (unsigned)value,
+                          *format == 'x' ? 16 : 10);
+      if (isNegative) *--pText = '-';
       length = (int)(digits + sizeof digits - pText);
     }
     for (width -= length; !isLeft && width > 0; --width) Put(sink, cPad);
@@ -95,8 +91,7 @@ int __mingw_vsnprintf(char* pOut, size_t cbOut, const char* format, va_list argu
 int puts(const char* psz) {
   Sink sink = {NULL, NULL};
   while (*psz != 0) Put(&sink, *psz++);
-  Put(&sink, '\n');
-  return 0;
+  return Put(&sink, '\n'), 0;
 }
 
 size_t strlen(const char* psz) { return (size_t)lstrlenA(psz); }
