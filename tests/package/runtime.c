@@ -1,32 +1,15 @@
 /*
- * The few functions of a C runtime that the worked examples call. Linked with these, they import nothing but
- * the library and the system, so the module loader runs them.
+ * The few functions of a C runtime that the worked examples call. Linked with these, they import
+ * nothing but the library and the system, so the module loader runs them.
  */
 #include <stdarg.h>
 #include <windows.h>
 
 int main(void);
 
-static char line[512];
-static DWORD cbLine;
-
-static void Flush(void) {
+static void Print(const char* pText, size_t count) {
   DWORD cbWritten;
-  WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), line, cbLine, &cbWritten, NULL);
-  cbLine = 0;
-}
-
-typedef struct {
-  char *pNext, *pEnd; /* NULL: the line */
-} Sink;
-
-static void Put(Sink* sink, char c) {
-  if (sink->pNext != NULL) {
-    if (sink->pNext < sink->pEnd) *sink->pNext++ = c;
-    return;
-  }
-  line[cbLine++] = c;
-  if (c == '\n' || cbLine == sizeof line) Flush();
+  WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), pText, (DWORD)count, &cbWritten, NULL);
 }
 
 static int ReadNumber(const char** pFormat, va_list* arguments) {
@@ -43,13 +26,13 @@ static char* WriteDigits(char* pEnd, unsigned value, unsigned base) {
 }
 
 /* The conversions d, s, u and x with the flags 0 and -, width and precision. */
-static void Format(Sink* sink, const char* format, va_list arguments) {
+int __mingw_vsnprintf(char* pOut, size_t cbOut, const char* format, va_list arguments) {
+  char *pNext = pOut, *pLast = pOut + cbOut - 1;
   for (; *format != 0; ++format) {
-    char digits[16], *pText = digits + sizeof digits;
-    int isLeft = 0, width, precision = 0x7FFF, length = 0, value, isNegative;
-    char cPad;
+    char digits[16], cPad, *pText = digits + sizeof digits;
+    int isLeft = 0, width = 0, precision = 0x7FFF, length = 0, value, isNegative;
     if (*format != '%' || *++format == '%') {
-      Put(sink, *format);
+      if (pNext < pLast) *pNext++ = *format;
       continue;
     }
     if (*format == '-') isLeft = 1, ++format;
@@ -68,33 +51,23 @@ static void Format(Sink* sink, const char* format, va_list arguments) {
       if (isNegative) *--pText = '-';
       length = (int)(digits + sizeof digits - pText);
     }
-    for (width -= length; !isLeft && width > 0; --width) Put(sink, cPad);
-    for (; length > 0; --length) Put(sink, *pText++);
-    for (; width > 0; --width) Put(sink, ' ');
+    for (width -= length; !isLeft && width > 0 && pNext < pLast; --width) *pNext++ = cPad;
+    for (; length > 0 && pNext < pLast; --length) *pNext++ = *pText++;
+    for (; width > 0 && pNext < pLast; --width) *pNext++ = ' ';
   }
+  *pNext = 0;
+  return (int)(pNext - pOut);
 }
 
 int __mingw_vfprintf(void* file, const char* format, va_list arguments) {
-  Sink sink = {NULL, NULL};
+  char text[512];
   (void)file;
-  Format(&sink, format, arguments);
+  Print(text, (size_t)__mingw_vsnprintf(text, sizeof text, format, arguments));
   return 0;
 }
 
-int __mingw_vsnprintf(char* pOut, size_t cbOut, const char* format, va_list arguments) {
-  Sink sink = {pOut, pOut + cbOut - 1};
-  Format(&sink, format, arguments);
-  *sink.pNext = 0;
-  return (int)(sink.pNext - pOut);
-}
-
-int puts(const char* psz) {
-  Sink sink = {NULL, NULL};
-  while (*psz != 0) Put(&sink, *psz++);
-  return Put(&sink, '\n'), 0;
-}
-
 size_t strlen(const char* psz) { return (size_t)lstrlenA(psz); }
+int puts(const char* psz) { return Print(psz, strlen(psz)), Print("\n", 1), 0; }
 
 void* memcpy(void* to, const void* from, size_t count) {
   volatile char* p = to;
@@ -120,8 +93,4 @@ void ThrowBadAlloc(void) __asm__("__ZSt17__throw_bad_allocv");
 void ThrowBadAlloc(void) { ExitProcess(99); }
 void __main(void) {}
 
-void start(void) {
-  const int result = main();
-  Flush();
-  ExitProcess((UINT)result);
-}
+void start(void) { ExitProcess((UINT)main()); }
