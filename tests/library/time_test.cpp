@@ -45,7 +45,7 @@ PROPERTY(FileTimeShift, AgreesWith64BitArithmetic, 1000) {
 TEST(FileTimeShift, CarriesAndWrapsWhereItHasTo) {
   std::vector<DWORD> shifts = {0, 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE, 0xFFFFFFFF};
   for (const DWORD chunks : {1u, 2u, 5000u, 10034u}) {
-    for (const DWORD near : {-1, 0, 1}) shifts.push_back(chunks * 428'000 + near);
+    for (const DWORD step : {-1, 0, 1}) shifts.push_back(chunks * 428'000 + step);
   }
   for (const DWORD count : shifts) {
     const std::uint64_t zero = 0, half = 0x100000000u, shift = count * kTicks, low = shift % half;
