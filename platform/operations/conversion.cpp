@@ -17,7 +17,7 @@
 namespace host {
 namespace {
 
-// The bytes that the platform takes for the control characters of their numbers, and iconv for none.
+// The bytes that the platform takes for the controls of their numbers, and iconv for none.
 bool IsControlOf(const std::string& charset, unsigned unit) {
   if (charset == "CP932") return unit == 0x80;
   return charset == "CP1252" &&

@@ -1,6 +1,6 @@
 /*
- * The few functions of a C runtime that the worked examples call. Linked with these, they import nothing but
- * the library and the system, so the module loader runs them.
+ * The few functions of a C runtime that the worked examples call. Linked with these, they import
+ * nothing but the library and the system, so the module loader runs them.
  */
 #include <stdarg.h>
 #include <windows.h>
