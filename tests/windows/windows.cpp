@@ -48,8 +48,9 @@ IMAGE_NT_HEADERS* Headers() {
 }
 
 LONG WINAPI EndAfterException(EXCEPTION_POINTERS* exception) {
-  const auto& [code, flags, next, address, count, details] = *exception->ExceptionRecord;
-  std::printf("exception %lX at %p, touching %p\n", code, address, reinterpret_cast<void*>(details[1]));
+  const auto* const place = static_cast<BYTE*>(exception->ExceptionRecord->ExceptionAddress);
+  std::printf("signal %lX at TAVKIT.DLL+0x%zx\n", exception->ExceptionRecord->ExceptionCode,
+              static_cast<std::size_t>(place - Dll()));
   std::fflush(stdout);
   TerminateProcess(GetCurrentProcess(), 3);
   return EXCEPTION_CONTINUE_SEARCH;
