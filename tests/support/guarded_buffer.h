@@ -4,8 +4,6 @@
 #ifndef TESTS_SUPPORT_GUARDED_BUFFER_H
 #define TESTS_SUPPORT_GUARDED_BUFFER_H
 
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +11,8 @@
 #include <map>
 #include <span>
 #include <vector>
+
+#include "support/surroundings.h"
 
 namespace test {
 
@@ -96,10 +96,8 @@ class GuardedBuffer {
   static unsigned char* TakePages(std::size_t room) {
     auto& spare = Spare(room);
     if (spare.empty()) {
-      void* pages = mmap(nullptr, room + 2 * kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-      if (pages == MAP_FAILED) std::abort();
-      spare.push_back(static_cast<unsigned char*>(pages));
-      mprotect(spare.back() + kPage, room, PROT_READ | PROT_WRITE);
+      spare.push_back(ReservePages(room + 2 * kPage));
+      OpenPages(spare.back() + kPage, room);
     }
     auto* pages = spare.back();
     spare.pop_back();
