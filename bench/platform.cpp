@@ -1,4 +1,4 @@
-// Stands in front of the platform layer; the linker puts these functions in its place (--wrap).
+// Takes the platform layer's place (the linker's --wrap).
 // LocalAlloc is put straight on top of malloc: the layer's own keeps every block that was freed, to
 // look for misuse, and would be measured along with the library.
 #include "platform.h"

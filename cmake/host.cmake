@@ -67,7 +67,8 @@ foreach(target gtest gtest_main gmock)
 endforeach()
 
 file(GLOB library_tests CONFIGURE_DEPENDS tests/library/*.cpp)
-add_executable(library_tests ${library_tests} tests/support/main.cpp)
+add_executable(library_tests ${library_tests} tests/support/main.cpp
+                             tests/support/host_layer.cpp)
 target_link_libraries(library_tests PRIVATE tavkit gtest gmock)
 target_include_directories(library_tests PRIVATE tests)
 target_compile_options(library_tests PRIVATE ${warnings} -Wno-conversion ${quick})

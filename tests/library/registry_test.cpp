@@ -3,7 +3,6 @@
 #include <host.h>
 #include <registry.h>
 #include <tavkit.h>
-#include <text.h>
 
 #include <functional>
 #include <map>
@@ -52,6 +51,7 @@ std::string Calls(const std::function<void()>& work, const Names& names = {}) {
 }
 
 TEST(RegistryValues, ReachThePlatformAsTheyCome) {
+  test::StayOnHostLayer("handles by their numbers");
   const HKEY u = kUser;
   const char sub[] = "Software\\Brindlex", v[] = "v", none[] = "none", empty[] = "";
   DWORD t, n;
@@ -246,7 +246,7 @@ TEST(PrivateSettings, StandBelowTheRootProductBeforeSection) {
   // clang-format on
   for (const auto& row : rows) {
     const auto needed = static_cast<DWORD>(row.path.size() + 1);
-    for (const DWORD size : {0u, needed - 1, needed, UT_SIZE_UNCHECKED}) {
+    for (const DWORD size : std::vector<DWORD>{0, needed - 1, needed, UT_SIZE_UNCHECKED}) {
       GuardedBuffer buffer(std::min(size, needed));
       ASSERT_EQ(utRegPathBrindlexSoftware(buffer.As<char>(), size, row.section, row.product),
                 size >= needed);
@@ -308,9 +308,11 @@ struct Setting {
   std::string Place() const {
     std::string place;
     for (const char* part : {product, section}) {
-      if (part != nullptr && *part != 0) place += host::FoldName(part) + '\\';
+      if (part != nullptr && *part != 0) place += part + "\\"s;
     }
-    return place + '=' + host::FoldName(name == nullptr ? "" : name);
+    place += '=' + std::string(name == nullptr ? "" : name);
+    for (char& c : place) c = static_cast<char>(std::toupper(c));
+    return place;
   }
 };
 
