@@ -5,7 +5,7 @@ target_compile_options(operations PRIVATE -fsanitize=fuzzer-no-link)
 target_compile_options(loader PRIVATE -fsanitize=fuzzer-no-link)
 
 set(fuzz_options ${warnings} -Wno-conversion -O1 -g1 -fno-sanitize=undefined)
-add_library(fuzz_driver STATIC fuzz/target.cpp)
+add_library(fuzz_driver STATIC fuzz/target.cpp tests/support/host_layer.cpp)
 target_link_libraries(fuzz_driver PUBLIC tavkit gtest gmock)
 target_include_directories(fuzz_driver PUBLIC tests)
 target_compile_options(fuzz_driver PRIVATE ${fuzz_options})

@@ -1,15 +1,21 @@
-# How script/test runs a test program and shows what failed. To be sourced from the project's folder.
+# How test programs are run, added up and shown where they fail. To be sourced from the project's folder.
 
-# run_tests PROGRAM FILTER: runs the tests of a program. One that crashes or hangs is named and ends itself alone:
-# those that follow it run in a new process.
+passed=0
+failed=0
+
+# run_tests PROGRAM FILTER [LAUNCHER...]: runs the tests of a program. One that crashes or hangs is named and ends
+# itself alone: those that follow it run in a new process.
 run_tests() {
-  local program=$1 filter=$2 printed ran='' failed=0 status names place
+  local program=$1 filter=$2 printed ran='' failed=0 status names place launcher
+  launcher=("${@:3}")
+  [ "$#" -gt 2 ] || launcher=(script/run32)
   local dll=dist/bin/TAVKIT.DLL
-  [[ $program != */host64/* ]] || dll=dist/x64/bin/TAVKIT.DLL
+  [[ $program != *64/* ]] || dll=dist/x64/bin/TAVKIT.DLL
   printed=$(mktemp)
   while :; do
     status=0
-    timeout 300 script/run32 "$program" --gtest_filter="$filter$ran" >"$printed" 2>&1 || status=$?
+    timeout 300 "${launcher[@]}" "$program" --gtest_filter="$filter$ran" >"$printed" 2>&1 </dev/null || status=$?
+    sed -i 's/\r$//' "$printed"
     cat "$printed"
     [ "$status" -eq 0 ] || failed=1
     ! grep -q '^\[==========\] .* ran\.' "$printed" || break
@@ -38,4 +44,25 @@ show() {
     }
     END { if (failures > 1) print "  and " failures - 1 " more:" others (failures > 5 ? " ..." : "") }
   ' "$1"
+}
+
+# add_up NAME: adds up the results of a program that has ended, and shows what failed. One that fails without
+# a failed test counts as one; a check that ends before its last line counts with what it printed.
+add_up() {
+  local log=build/$1.log status good bad
+  status=$(<"build/$1.status")
+  read -r good bad < <(awk '
+    /^\[       OK \]/ { good++ }
+    /^\[  (FAILED|CRASHED) .*\)$/ { bad++ }
+    /^ok    / { ok++ }
+    /^FAIL  / { fail++ }
+    /^[0-9]+ passed, [0-9]+ failed$/ { good += $1; bad += $3; isWhole = 1 }
+    END { if (!isWhole) { good += ok; bad += fail }; print good + 0, bad + 0 }' "$log")
+  if [ "$status" -ne 0 ]; then
+    echo "failed: $1 (exit code $status; all it printed stands in $log)"
+    show "$log"
+    [ "$bad" -ne 0 ] || bad=1
+  fi
+  passed=$((passed + good))
+  failed=$((failed + bad))
 }

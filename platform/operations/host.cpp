@@ -3,25 +3,31 @@
 #include <cstring>
 #include <utility>
 
-#include "state.h"
-
 namespace host {
 namespace {
 
+struct Controls {
+  bool recording = false;
+  std::vector<Call> journal;
+  std::function<void(const Call&)> observer;
+  unsigned callsToFailure = 0;  // 0: no failure is planned
+  const char* failingOperation = nullptr;
+  DWORD failureCode = 0;
+  bool failureCame = false;
+};
+
+Controls controls;
+
 // The quick question of every operation, told apart from the state it follows from.
 void Watch() {
-  const Controls& controls = state->controls;
   detail::watching = controls.recording || controls.observer || controls.callsToFailure != 0;
 }
 
 }  // namespace
 
-std::optional<State> state(std::in_place);
-
 bool detail::watching;
 
 bool detail::Enter(const char* operation, std::vector<std::uintptr_t> arguments, bool canFail) {
-  Controls& controls = state->controls;
   if (controls.observer) controls.observer({operation, arguments});
   if (controls.recording) controls.journal.push_back({operation, std::move(arguments)});
   if (!canFail || controls.callsToFailure == 0) return false;
@@ -33,30 +39,29 @@ bool detail::Enter(const char* operation, std::vector<std::uintptr_t> arguments,
   return true;
 }
 
-void Reset() {
-  state.emplace();
+void ResetControls() {
+  controls = {};
   Watch();
 }
 
 void StartJournal() {
-  state->controls.recording = true;
-  state->controls.journal.clear();
+  controls.recording = true;
+  controls.journal.clear();
   Watch();
 }
 
 std::vector<Call> TakeJournal() {
-  state->controls.recording = false;
+  controls.recording = false;
   Watch();
-  return std::exchange(state->controls.journal, {});
+  return std::exchange(controls.journal, {});
 }
 
 void ShowCalls(std::function<void(const Call&)> look) {
-  state->controls.observer = std::move(look);
+  controls.observer = std::move(look);
   Watch();
 }
 
 void FailCall(unsigned n, DWORD code, const char* operation) {
-  Controls& controls = state->controls;
   controls.callsToFailure = n;
   controls.failingOperation = operation;
   controls.failureCode = code;
@@ -64,8 +69,8 @@ void FailCall(unsigned n, DWORD code, const char* operation) {
   Watch();
 }
 
-bool FailureCame() { return state->controls.failureCame; }
+bool FailureCame() { return controls.failureCame; }
 
-DWORD FailureCode() { return state->controls.failureCode; }
+DWORD FailureCode() { return controls.failureCode; }
 
 }  // namespace host

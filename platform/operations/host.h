@@ -24,6 +24,9 @@ struct Call {
 // Puts the whole platform layer back to its state at program start.
 void Reset();
 
+// The part of it that is in this header.
+void ResetControls();
+
 // From here on every call is recorded, until TakeJournal() hands the record over.
 void StartJournal();
 std::vector<Call> TakeJournal();

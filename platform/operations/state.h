@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <deque>
-#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -13,20 +12,9 @@
 #include <vector>
 
 #include "desktop.h"
-#include "host.h"
 #include "registry.h"
 
 namespace host {
-
-struct Controls {
-  bool recording = false;
-  std::vector<Call> journal;
-  std::function<void(const Call&)> observer;
-  unsigned callsToFailure = 0;  // 0: no failure is planned
-  const char* failingOperation = nullptr;
-  DWORD failureCode = 0;
-  bool failureCame = false;
-};
 
 struct TimeSettings {
   int bias = 0;
@@ -82,7 +70,6 @@ struct Registry {
 
 // Each part begins as it is at program start.
 struct State {
-  Controls controls;
   std::size_t codePage = 0;  // its place in the list
   TimeSettings time;
   Version version;

@@ -5,10 +5,10 @@ using namespace tavkit;
 BOOL UT_API utInitMultiAsciiz(LPVOID pList, DWORD cbList) { return InitMultiAsciiz(pList, cbList); }
 
 DWORD UT_API utMultiAsciizSize(LPCSTR pList, BOOL fWithFinalZero) {
-  return MultiAsciizSize<ByteText>(pList, fWithFinalZero != 0);
+  return MultiAsciizSize<ByteText>(pList, fWithFinalZero);
 }
 DWORD UT_API utMultiAsciizSizeW(LPCWSTR pList, BOOL fWithFinalZero) {
-  return MultiAsciizSize<WideText>(pList, fWithFinalZero != 0);
+  return MultiAsciizSize<WideText>(pList, fWithFinalZero);
 }
 DWORD UT_API utMultiAsciizStringCount(LPCSTR pList) { return StringCount<ByteText>(pList); }
 DWORD UT_API utMultiAsciizStringCountW(LPCWSTR pList) { return StringCount<WideText>(pList); }
@@ -32,11 +32,11 @@ BOOL UT_API utAppendMultiAsciizW(LPCWSTR pszString, LPWSTR pList, DWORD cbList) 
 }
 
 LPSTR UT_API utScanMultiAsciiz(LPCSTR pszString, LPCSTR pList, BOOL fCaseSensitive) {
-  return ScanMultiAsciiz<ByteText>(pszString, pList, fCaseSensitive != 0);
+  return ScanMultiAsciiz<ByteText>(pszString, pList, fCaseSensitive);
 }
 
 LPWSTR UT_API utScanMultiAsciizW(LPCWSTR pszString, LPCWSTR pList, BOOL fCaseSensitive) {
-  return ScanMultiAsciiz<WideText>(pszString, pList, fCaseSensitive != 0);
+  return ScanMultiAsciiz<WideText>(pszString, pList, fCaseSensitive);
 }
 
 BOOL UT_API utInsertMultiAsciiz(LPCSTR pszString, LPSTR pInsertAt, LPSTR pList, DWORD cbList) {

@@ -17,19 +17,19 @@ inline bool InitMultiAsciiz(void* pList, DWORD cbList) {
 }
 
 template <class Text>
-DWORD MultiAsciizSize(const Char<Text>* pList, bool withFinalZero) {
+DWORD UT_API MultiAsciizSize(const Char<Text>* pList, BOOL fWithFinalZero) {
   if (pList == nullptr) return 0;
   const size_t cbUsed = ByteDistance(pList, FindFinalZero<Text>(pList));
-  return CountedSize(cbUsed + (withFinalZero ? Text::kUnit : 0));
+  return CountedSize(cbUsed + (fWithFinalZero ? Text::kUnit : 0));
 }
 
 template <class Text>
 Char<Text>* NextAsciiz(const Char<Text>* pszString) {
-  return pszString == nullptr ? nullptr : FindEnd<Text>(pszString) + 1;
+  return pszString == nullptr ? nullptr : ScanEnd<Text>(pszString) + 1;
 }
 
 template <class Text>
-DWORD StringCount(const Char<Text>* pList) {
+DWORD UT_API StringCount(const Char<Text>* pList) {
   if (pList == nullptr) return 0;
   if (!IsCut<Text>(pList)) return CountZeros<Text>(pList, FindFinalZero<Text>(pList));
   DWORD count = 0;
@@ -47,7 +47,7 @@ DWORD MemberSize(const Char<Text>* pszString) {
 }
 
 template <class Text>
-bool CopyNextAsciiz(const Char<Text>* pszString, Char<Text>*& pCursor, DWORD& cbRemaining) {
+BOOL UT_API CopyNextAsciiz(const Char<Text>* pszString, Char<Text>*& pCursor, DWORD& cbRemaining) {
   if (pCursor == nullptr) return false;
   if (IsNullOrEmpty<Text>(pszString)) {
     if (cbRemaining < Text::kUnit) return false;
@@ -74,25 +74,25 @@ bool AppendAtEnd(const Char<Text>* pszString, const Char<Text>* pList, Char<Text
 }
 
 template <class Text>
-bool AppendMultiAsciiz(const Char<Text>* pszString, Char<Text>* pList, DWORD cbList) {
+BOOL UT_API AppendMultiAsciiz(const Char<Text>* pszString, Char<Text>* pList, DWORD cbList) {
   if (IsNullOrEmpty<Text>(pszString)) return true;
   return AppendAtEnd<Text>(pszString, pList, FindFinalZero<Text>(pList), cbList);
 }
 
 template <class Text>
-Char<Text>* ScanMultiAsciiz(const Char<Text>* pszString, const Char<Text>* pList,
-                            bool caseSensitive) {
+Char<Text>* UT_API ScanMultiAsciiz(const Char<Text>* pszString, const Char<Text>* pList,
+                                   BOOL fCaseSensitive) {
   if (pList == nullptr) return nullptr;
   if (IsNullOrEmpty<Text>(pszString)) return FindFinalZero<Text>(pList);
   for (; Text::Load(pList) != 0; pList = NextAsciiz<Text>(pList)) {
-    if (Text::IsSame(pszString, pList, caseSensitive)) return const_cast<Char<Text>*>(pList);
+    if (Text::IsSame(pszString, pList, fCaseSensitive != 0)) return const_cast<Char<Text>*>(pList);
   }
   return nullptr;
 }
 
 template <class Text>
-bool InsertMultiAsciiz(const Char<Text>* pszString, Char<Text>* pInsertAt, Char<Text>* pList,
-                       DWORD cbList) {
+BOOL UT_API InsertMultiAsciiz(const Char<Text>* pszString, Char<Text>* pInsertAt, Char<Text>* pList,
+                              DWORD cbList) {
   if (pInsertAt == nullptr) return false;
   if (IsNullOrEmpty<Text>(pszString)) return true;
   if (pList == nullptr) return false;
@@ -114,7 +114,7 @@ bool InsertMultiAsciiz(const Char<Text>* pszString, Char<Text>* pInsertAt, Char<
 }
 
 template <class Text>
-bool RemoveMultiAsciiz(Char<Text>* pList, DWORD cStrings) {
+BOOL UT_API RemoveMultiAsciiz(Char<Text>* pList, DWORD cStrings) {
   if (cStrings == 0) return true;
   if (IsNullOrEmpty<Text>(pList)) return false;
   const Char<Text>* pRest = pList;
@@ -128,8 +128,8 @@ bool RemoveMultiAsciiz(Char<Text>* pList, DWORD cStrings) {
 }
 
 template <class Text>
-bool Array2MultiAsciiz(const Char<Text>* const* ppszStrings, Char<Text>* pList, DWORD cbList,
-                       LPDWORD pcStored) {
+BOOL UT_API Array2MultiAsciiz(const Char<Text>* const* ppszStrings, Char<Text>* pList, DWORD cbList,
+                              LPDWORD pcStored) {
   DWORD stored = 0;
   bool complete = InitMultiAsciiz(pList, cbList);
   if (complete && ppszStrings != nullptr) {
@@ -157,8 +157,8 @@ DWORD StoreStarts(const Char<Text>* pList, const Char<Text>** ppszArray, DWORD c
 }
 
 template <class Text>
-bool MultiAsciiz2Array(const Char<Text>* pList, const Char<Text>** ppszArray, DWORD cbArray,
-                       LPDWORD pcStored) {
+BOOL UT_API MultiAsciiz2Array(const Char<Text>* pList, const Char<Text>** ppszArray, DWORD cbArray,
+                              LPDWORD pcStored) {
   DWORD stored = 0;
   const bool accepted = ppszArray != nullptr && cbArray >= sizeof(*ppszArray);
   if (accepted) {

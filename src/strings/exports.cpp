@@ -35,8 +35,8 @@ LPWSTR UT_API utCharPrevW(LPCWSTR pszStart, LPCWSTR pszCurrent) {
 }
 LPSTR UT_API utCharLast(LPCSTR psz) { return CharLast<ByteText>(psz); }
 LPWSTR UT_API utCharLastW(LPCWSTR psz) { return CharLast<WideText>(psz); }
-LPSTR UT_API utCharNull(LPCSTR psz) { return FindEnd<ByteText>(psz); }
-LPWSTR UT_API utCharNullW(LPCWSTR psz) { return FindEnd<WideText>(psz); }
+LPSTR UT_API utCharNull(LPCSTR psz) { return ScanEnd<ByteText>(psz); }
+LPWSTR UT_API utCharNullW(LPCWSTR psz) { return ScanEnd<WideText>(psz); }
 
 LPSTR UT_API utFindChar(LPCSTR psz, WORD wChar) { return FindChar<ByteText>(psz, wChar); }
 LPWSTR UT_API utFindCharW(LPCWSTR psz, WORD wChar) { return FindChar<WideText>(psz, wChar); }

@@ -65,20 +65,32 @@ Hit LookAt(uintptr_t block, const Stops& stops) {
 
 inline constexpr DWORD kStride = 4 * kBlock;
 
+// Lanes that pass if one of the lanes at their place in four blocks is a stop.
+template <class Stops>
+__m128i LanesOfFour(__m128i a, __m128i b, __m128i c, __m128i d, const Stops& stops) {
+  return _mm_or_si128(_mm_or_si128(stops.Lanes(a), stops.Lanes(b)),
+                      _mm_or_si128(stops.Lanes(c), stops.Lanes(d)));
+}
+
+// A zero byte is the least of those at its place.
+inline __m128i LanesOfFour(__m128i a, __m128i b, __m128i c, __m128i d,
+                           const Terminator<ByteText>& stops) {
+  return stops.Lanes(_mm_min_epu8(_mm_min_epu8(a, b), _mm_min_epu8(c, d)));
+}
+
 template <class Stops>
 bool HasStop(uintptr_t stride, const Stops& stops) {
-  const __m128i low =
-      _mm_or_si128(stops.Lanes(LoadBlock(stride)), stops.Lanes(LoadBlock(stride + kBlock)));
-  const __m128i high = _mm_or_si128(stops.Lanes(LoadBlock(stride + 2 * kBlock)),
-                                    stops.Lanes(LoadBlock(stride + 3 * kBlock)));
-  return Movemask(_mm_or_si128(low, high)) != 0;
+  return Movemask(LanesOfFour(LoadBlock(stride), LoadBlock(stride + kBlock),
+                              LoadBlock(stride + 2 * kBlock), LoadBlock(stride + 3 * kBlock),
+                              stops)) != 0;
 }
 
 // The next block with a stop after one with none that counts.
 template <class Stops>
 Hit ScanAfter(uintptr_t block, const Stops& stops) {
   // Most texts are short: three blocks are looked at one by one.
-  for (const uintptr_t end = block + 3 * kBlock; block != end;) {
+#pragma clang loop unroll(full)
+  for (unsigned looked = 0; looked < 3; ++looked) {
     block += kBlock;
     const Hit hit = LookAt(block, stops);
     if (hit.stops != 0) return hit;
@@ -112,9 +124,15 @@ Char<Text>* Scan(const Char<Text>* psz, const Stops& stops) {
   return const_cast<Char<Text>*>(psz);
 }
 
+// As FindEnd, in the caller's own code.
+template <class Text>
+Char<Text>* ScanEnd(const Char<Text>* psz) {
+  return Scan<Text>(psz, Terminator<Text>());
+}
+
 template <class Text>
 Char<Text>* UT_API FindEnd(const Char<Text>* psz) {
-  return Scan<Text>(psz, Terminator<Text>());
+  return ScanEnd<Text>(psz);
 }
 
 template <class Text>
@@ -142,7 +160,7 @@ Char<Text>* FindLastInBlocks(const Char<Text>* psz, WORD wSought) {
 
 // The last match, the terminator included; NULL if there is none.
 template <class Text>
-Char<Text>* FindRevChar(const Char<Text>* psz, WORD wChar) {
+Char<Text>* UT_API FindRevChar(const Char<Text>* psz, WORD wChar) {
   const WORD wSought = Text::Sought(wChar);
   if (!IsCut<Text>(psz)) return FindLastInBlocks<Text>(psz, wSought);
   const Char<Text>* pszFound = nullptr;

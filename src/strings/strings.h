@@ -36,7 +36,7 @@ Char<Text>* CharLast(const Char<Text>* psz) {
 }
 
 template <class Text>
-Char<Text>* TruncateAtChar(Char<Text>* psz, WORD wChar) {
+Char<Text>* UT_API TruncateAtChar(Char<Text>* psz, WORD wChar) {
   if (psz == nullptr) return nullptr;
   auto* pszFound = FindChar<Text>(psz, wChar);
   if (pszFound != nullptr) Text::Store(pszFound, 0);
@@ -52,7 +52,7 @@ Char<Text>* UT_API SkipLeadChar(const Char<Text>* psz, WORD wChar) {
 }
 
 template <class Text>
-DWORD CountLeadChar(const Char<Text>* psz, WORD wChar) {
+DWORD UT_API CountLeadChar(const Char<Text>* psz, WORD wChar) {
   return CountedSize(ByteDistance(psz, SkipLeadChar<Text>(psz, wChar)) / Text::kUnit);
 }
 
@@ -66,7 +66,7 @@ DWORD StringSize(const Char<Text>* psz, bool withTerminator) {
 // Both ends are found before the text is moved, so that it is walked once. What the platform fails
 // to move stays as it is.
 template <class Text>
-bool TrimChar(Char<Text>* psz, WORD wChar, WORD wFlags) {
+BOOL UT_API TrimChar(Char<Text>* psz, WORD wChar, WORD wFlags) {
   if (psz == nullptr || !Text::CanMatch(wChar)) return false;
   auto* pszRest = wFlags & UT_TRIM_LEADING ? SkipLeadChar<Text>(psz, wChar) : psz;
   Char<Text>* pszRun = nullptr;
@@ -94,12 +94,12 @@ BOOL UT_API CopyMakeAsciiz(LPCVOID pSource, DWORD cbSource, Char<Text>* pszDest,
 
 // The count takes in the source's terminator, so that a second one follows it where both fit.
 template <class Text>
-bool CopyString(const Char<Text>* pszSource, Char<Text>* pszDest, DWORD cbDest) {
+BOOL UT_API CopyString(const Char<Text>* pszSource, Char<Text>* pszDest, DWORD cbDest) {
   return CopyMakeAsciiz<Text>(pszSource, StringSize<Text>(pszSource, true), pszDest, cbDest);
 }
 
 template <class Text>
-bool CopyNonNullString(const Char<Text>* pszSource, Char<Text>* pszDest, DWORD cbDest) {
+BOOL UT_API CopyNonNullString(const Char<Text>* pszSource, Char<Text>* pszDest, DWORD cbDest) {
   return pszSource != nullptr && CopyString<Text>(pszSource, pszDest, cbDest);
 }
 

@@ -107,8 +107,10 @@ static_assert(ByteText::kUnit == 1 && WideText::kUnit == 2);
 template <class Text>
 using Char = typename Text::Char;
 
-// The operations that all layers above share. Each form is compiled once, in exports.cpp, and has
-// the exports' calling convention: the body of its export is a jump.
+// A template that an export names alone has the exports' calling convention and result, so that the
+// export is a jump to it.
+
+// The operations that all layers above share. Each form is compiled once, in exports.cpp.
 
 // The first match, the terminator included; NULL if there is none.
 template <class Text>

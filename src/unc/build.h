@@ -54,8 +54,8 @@ void WriteServer(Char<Text>* pszOut, DWORD cbPrefix, const Stretch<Text>& server
 }
 
 template <class Text>
-bool BuildUncName(Char<Text>* pszOut, DWORD cbOut, const Char<Text>* pszServer,
-                  const Char<Text>* pszResource, const Char<Text>* pszPath) {
+BOOL UT_API BuildUncName(Char<Text>* pszOut, DWORD cbOut, const Char<Text>* pszServer,
+                         const Char<Text>* pszResource, const Char<Text>* pszPath) {
   if (!IsBuffer(pszOut, cbOut, Text::kUnit)) return false;
   Text::Store(pszOut, 0);
   const MeasuredParts<Text> parts(pszServer, pszResource, pszPath);
@@ -73,7 +73,7 @@ bool BuildUncName(Char<Text>* pszOut, DWORD cbOut, const Char<Text>* pszServer,
 }
 
 template <class Text>
-bool ServerName(const Char<Text>* pszServer, INT nForm, Char<Text>* pszOut, DWORD cbOut) {
+BOOL UT_API ServerName(const Char<Text>* pszServer, INT nForm, Char<Text>* pszOut, DWORD cbOut) {
   if (!IsBuffer(pszOut, cbOut, Text::kUnit)) return false;
   Text::Store(pszOut, 0);
   if (pszServer == nullptr) return false;
@@ -87,7 +87,7 @@ bool ServerName(const Char<Text>* pszServer, INT nForm, Char<Text>* pszOut, DWOR
 }
 
 template <class Text>
-void ConvertServerName(Char<Text>* pszServer, INT nForm) {
+void UT_API ConvertServerName(Char<Text>* pszServer, INT nForm) {
   Char<Text> szConverted[64];
   Text::Store(szConverted, 0);
   ServerName<Text>(pszServer, nForm, szConverted, sizeof szConverted);
@@ -104,13 +104,13 @@ bool CopyUpTo(const Char<Text>* pszName, const Char<Text>* pszSeparator, Char<Te
 }
 
 template <class Text>
-bool ExtractServer(const Char<Text>* pszName, Char<Text>* pszOut, DWORD cbOut) {
+BOOL UT_API ExtractServer(const Char<Text>* pszName, Char<Text>* pszOut, DWORD cbOut) {
   const auto server = ParseUncName<Text>(pszName).server;
   return server.pszStart != nullptr && CopyUpTo<Text>(pszName, server.pszSeparator, pszOut, cbOut);
 }
 
 template <class Text>
-bool ExtractServerResource(const Char<Text>* pszName, Char<Text>* pszOut, DWORD cbOut) {
+BOOL UT_API ExtractServerResource(const Char<Text>* pszName, Char<Text>* pszOut, DWORD cbOut) {
   const auto resource = ParseUncName<Text>(pszName).resource;
   return resource.pszStart != nullptr &&
          CopyUpTo<Text>(pszName, resource.pszSeparator, pszOut, cbOut);

@@ -42,7 +42,7 @@ Char<Text>* AppendSeparator(const Tail<Char<Text>>& path) {
 }
 
 template <class Text>
-void AppendPathComponent(Char<Text>* pszPath, const Char<Text>* pszComponent) {
+void UT_API AppendPathComponent(Char<Text>* pszPath, const Char<Text>* pszComponent) {
   if (pszPath == nullptr) return;
   Char<Text>* pszEnd = AppendSeparator<Text>(Text::FindTail(pszPath));
   CopyToEnd<Text>(pszEnd, BareText<Text>(pszComponent));
@@ -99,8 +99,8 @@ inline DWORD UncBits(bool hasServer, bool hasResource, bool hasPath) {
 }
 
 template <class Text>
-DWORD SearchUncName(const Char<Text>* pszName, Char<Text>** ppszStart,
-                    Char<Text>** ppszResourceSeparator, Char<Text>** ppszPathSeparator) {
+DWORD UT_API SearchUncName(const Char<Text>* pszName, Char<Text>** ppszStart,
+                           Char<Text>** ppszResourceSeparator, Char<Text>** ppszPathSeparator) {
   if (pszName == nullptr) return 0;
   const auto name = ParseUncName<Text>(pszName);
   const bool isName = name.server.pszStart != nullptr;
@@ -112,32 +112,35 @@ DWORD SearchUncName(const Char<Text>* pszName, Char<Text>** ppszStart,
 }
 
 template <class Text>
-DWORD CheckUncName(const Char<Text>* pszName) {
+DWORD UT_API CheckUncName(const Char<Text>* pszName) {
   const auto name = ParseUncName<Text>(pszName);
   return UncBits(!name.server.IsEmpty(), !name.resource.IsEmpty(), !name.path.IsEmpty());
 }
 
-// Copies as much as fits, of no text an empty string.
 template <class Text>
-void CopyStretch(const Stretch<Text>& text, Char<Text>* pszOut, DWORD cbOut) {
-  if (text.psz != nullptr) {
-    CopyMakeAsciiz<Text>(text.psz, text.cb, pszOut, cbOut);
-  } else if (IsBuffer(pszOut, cbOut, Text::kUnit)) {
-    Text::Store(pszOut, 0);
-  }
+void StoreEmpty(Char<Text>* pszOut, DWORD cbOut) {
+  if (IsBuffer(pszOut, cbOut, Text::kUnit)) Text::Store(pszOut, 0);
 }
 
 template <class Text>
-DWORD BreakUncName(const Char<Text>* pszName, Char<Text>* pszServer, DWORD cbServer,
-                   Char<Text>* pszResource, DWORD cbResource, Char<Text>* pszPath, DWORD cbPath) {
+DWORD UT_API BreakUncName(const Char<Text>* pszName, Char<Text>* pszServer, DWORD cbServer,
+                          Char<Text>* pszResource, DWORD cbResource, Char<Text>* pszPath,
+                          DWORD cbPath) {
   if (pszName == nullptr) return 0;
   const auto name = ParseUncName<Text>(pszName);
+  if (name.server.pszStart == nullptr) {
+    StoreEmpty<Text>(pszServer, cbServer);
+    StoreEmpty<Text>(pszResource, cbResource);
+    StoreEmpty<Text>(pszPath, cbPath);
+    return 0;
+  }
+  // Lengths come first: a buffer may lie in the name.
   const auto server = name.server.Measured();
   const auto resource = name.resource.Measured();
   const auto path = name.path.Measured();
-  CopyStretch<Text>(server, pszServer, cbServer);
-  CopyStretch<Text>(resource, pszResource, cbResource);
-  CopyStretch<Text>(path, pszPath, cbPath);
+  CopyMakeAsciiz<Text>(server.psz, server.cb, pszServer, cbServer);
+  CopyMakeAsciiz<Text>(resource.psz, resource.cb, pszResource, cbResource);
+  CopyMakeAsciiz<Text>(path.psz, path.cb, pszPath, cbPath);
   return UncBits(server.cb != 0, resource.cb != 0, path.cb != 0);
 }
 

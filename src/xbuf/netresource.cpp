@@ -67,9 +67,10 @@ struct TakenRecord {
 };
 
 // Moves the record to the front and its strings to the back, which the caller knows to fit. The
-// strings were measured once, so that nothing is written but what was found to fit.
+// strings were measured once, so that nothing is written but what was found to fit. The record's
+// pointers lead to the copies then.
 template <class Text>
-void Flatten(TakenRecord<Text> taken, XBuf& xbuf) {
+void Flatten(TakenRecord<Text>& taken, XBuf& xbuf) {
   void* const pCopy = xbuf.Reserve(UT_XBUF_FRONT, sizeof taken.fields);
   for (unsigned i = 0; i < kStrings; ++i) {
     auto& psz = taken.fields.*kStringFields<Text>[i].psz;
@@ -85,7 +86,7 @@ void Flatten(TakenRecord<Text> taken, XBuf& xbuf) {
 [[maybe_unused]] constexpr auto& utFlattenNETRESOURCEW = Flatten<WideText>;
 
 template <class Text>
-bool CopyToBuffer(const TakenRecord<Text>& taken, LPVOID pBuffer, DWORD cbBuffer) {
+bool CopyToBuffer(TakenRecord<Text>& taken, LPVOID pBuffer, DWORD cbBuffer) {
   if (pBuffer == nullptr || !taken.FitsInto(cbBuffer)) return false;
   const HXBUF hXBuf = utXBufCreate(cbBuffer, pBuffer);
   if (hXBuf == nullptr) return false;
@@ -95,7 +96,7 @@ bool CopyToBuffer(const TakenRecord<Text>& taken, LPVOID pBuffer, DWORD cbBuffer
 }
 
 template <class Text>
-bool CopyToXBuf(const TakenRecord<Text>& taken, HXBUF hXBuf) {
+bool CopyToXBuf(TakenRecord<Text>& taken, HXBUF hXBuf) {
   auto* pXBuf = XBuf::FromHandle(hXBuf);
   if (pXBuf == nullptr || !taken.FitsInto(pXBuf->BlockSize(UT_XBUF_BLOCK_FREE))) return false;
   Flatten<Text>(taken, *pXBuf);
@@ -105,7 +106,7 @@ bool CopyToXBuf(const TakenRecord<Text>& taken, HXBUF hXBuf) {
 template <class Text>
 bool Copy(const Record<Text>* pResource, LPVOID pBuffer, DWORD cbBuffer, DWORD dwMask,
           LPDWORD pcbNeeded) {
-  const TakenRecord<Text> taken(pResource, dwMask);
+  TakenRecord<Text> taken(pResource, dwMask);
   const bool copied = CopyToBuffer<Text>(taken, pBuffer, cbBuffer);
   if (pcbNeeded != nullptr) *pcbNeeded = taken.cbNeeded;
   return copied;
@@ -113,7 +114,7 @@ bool Copy(const Record<Text>* pResource, LPVOID pBuffer, DWORD cbBuffer, DWORD d
 
 template <class Text>
 bool CopyXBuffer(const Record<Text>* pResource, HXBUF hXBuf, DWORD dwMask, LPDWORD pcbNeeded) {
-  const TakenRecord<Text> taken(pResource, dwMask);
+  TakenRecord<Text> taken(pResource, dwMask);
   const bool copied = CopyToXBuf<Text>(taken, hXBuf);
   if (pcbNeeded != nullptr) *pcbNeeded = taken.cbNeeded;
   return copied;

@@ -82,12 +82,16 @@ inline void XBuf::UpdateFree() {
 
 inline void* XBuf::Reserve(WORD wSide, DWORD cbBlock) {
   if (cbBlock > cbFree || wSide > UT_XBUF_BACK) return nullptr;
+  cbFree -= cbBlock;
+  BYTE* pBlock = pFree;
   if (wSide == UT_XBUF_BACK) {
-    SetUsed(cbFront, cbBack + cbBlock);
-    return BackBlock();
+    pBlock += cbFree;
+    cbBack += cbBlock;
+  } else {
+    pFree += cbBlock;
+    cbFront += cbBlock;
   }
-  void* const pBlock = pFree;
-  SetUsed(cbFront + cbBlock, cbBack);
+  if (cbFree == 0) pFree = nullptr;
   return pBlock;
 }
 

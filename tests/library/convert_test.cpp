@@ -173,19 +173,19 @@ TEST(CodePageConversion, AsksForTheWholeStringAndLeavesWhatWasStored) {
   WCHAR wide[4] = {};
   char bytes[4] = {};
   const char* text = "ab";
-  const WCHAR* wideText = u"cd";
+  const auto wideText = test::Wide("cd");
   host::StartJournal();
   EXPECT_EQ(utA2WHelper(wide, text, 4), wide);
-  EXPECT_EQ(utW2AHelper(bytes, wideText, 3), bytes);
+  EXPECT_EQ(utW2AHelper(bytes, wideText.c_str(), 3), bytes);
   const auto minusOne = static_cast<std::uintptr_t>(-1);
   const std::vector<host::Call> expected = {
       {"MultiByteToWideChar", {0, 9, Word(text), minusOne, Word(wide), 4}},
-      {"WideCharToMultiByte", {0, 0, Word(wideText), minusOne, Word(bytes), 3, 0, 0}}};
+      {"WideCharToMultiByte", {0, 0, Word(wideText.c_str()), minusOne, Word(bytes), 3, 0, 0}}};
   EXPECT_EQ(host::TakeJournal(), expected);
-  EXPECT_EQ(std::u16string(wide), u"ab");
+  EXPECT_EQ(wide, test::Wide("ab"));
   EXPECT_STREQ(bytes, "cd");
-  EXPECT_EQ(std::u16string(utA2WHelper(wide, "xyz", 2)), u"xy");
-  EXPECT_STREQ(utW2AHelper(bytes, u"xyz", 2), "xy");
+  EXPECT_EQ(utA2WHelper(wide, "xyz", 2), test::Wide("xy"));
+  EXPECT_STREQ(utW2AHelper(bytes, test::Wide("xyz").c_str(), 2), "xy");
 }
 
 TEST(CodePageConversion, LeavesAnEmptyStringWhereNothingIsStored) {
@@ -196,7 +196,7 @@ TEST(CodePageConversion, LeavesAnEmptyStringWhereNothingIsStored) {
     EXPECT_EQ(utA2WHelper(target.As<WCHAR>(), "abc", capacity), target.As<WCHAR>());
     EXPECT_EQ(target.Bytes(), test::BytesOf("\0\0\xCD"s, 0));
     target.Refill();
-    EXPECT_EQ(utW2AHelper(target.As<char>(), u"abc", capacity), target.As<char>());
+    EXPECT_EQ(utW2AHelper(target.As<char>(), test::Wide("abc").c_str(), capacity), target.As<char>());
     EXPECT_EQ(target.Bytes(), test::BytesOf("\0\xCD\xCD"s, 0));
   }
   target.Refill();

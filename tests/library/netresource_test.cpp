@@ -92,7 +92,7 @@ void CheckFlattening(test::Choices& choices) {
   EXPECT_EQ(Form::VarSizeNETRESOURCE(record, mask), strings);
   EXPECT_EQ(Form::SizeNETRESOURCE(record, mask), needed);
   const DWORD exact = source.needed;
-  for (const DWORD size : {0u, exact - 1, exact, exact + 1 + choices.Below(20)}) {
+  for (const DWORD size : std::vector<DWORD>{0, exact - 1, exact, exact + 1 + choices.Below(20)}) {
     const bool isXBuf = choices.Below(2), isThere = choices.Below(8), isMemory = choices.Below(4);
     const DWORD front = isXBuf * choices.Below(4), back = isXBuf * choices.Below(4);
     GuardedBuffer buffer(front + size + back);

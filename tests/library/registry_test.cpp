@@ -3,7 +3,6 @@
 #include <host.h>
 #include <registry.h>
 #include <tavkit.h>
-#include <text.h>
 
 #include <functional>
 #include <map>
@@ -26,8 +25,10 @@ constexpr DWORD kBadData = ERROR_INVALID_DATA, kMoreData = ERROR_MORE_DATA;
 constexpr DWORD kMissing = ERROR_FILE_NOT_FOUND, kBad = ERROR_INVALID_PARAMETER;
 constexpr BOOL kOwn = 0x55000000;  // a default that is no stored value, in its high byte only
 
+// No zero follows the data: the platform would take it for a text's terminator and store it along.
 void Put(const char* path, const char* name, DWORD type, const std::string& data) {
-  ASSERT_EQ(utRegSetValue(kUser, path, name, type, data.data(), data.size(), 1), 0u);
+  const auto followed = data + "x";
+  ASSERT_EQ(utRegSetValue(kUser, path, name, type, followed.data(), data.size(), 1), 0u);
 }
 
 // The platform's registry calls of a piece of work, each argument by its name, as a small number,
@@ -50,6 +51,7 @@ std::string Calls(const std::function<void()>& work, const Names& names = {}) {
 }
 
 TEST(RegistryValues, ReachThePlatformAsTheyCome) {
+  test::StayOnHostLayer("handles by their numbers");
   const HKEY u = kUser;
   const char sub[] = "Software\\Brindlex", v[] = "v", none[] = "none", empty[] = "";
   DWORD t, n;
@@ -158,10 +160,10 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
                  std::string written; } rows[] = {
       {kSz, "text\0"s, "dflt", 8, 0, "text\0"s}, {kSz, "text\0"s, "dflt", 5, 0, "text\0"s},
       {kSz, "text\0"s, "dflt", 4, kMoreData, "dfl\0"s}, {kSz, "text\0"s, "dflt", 1, kMoreData, "\0"s},
-      {kSz, "text\0"s, "dflt", 0, kMoreData, ""}, {kSz, "a\0b"s, "dflt", 8, 0, "a\0b"s},
+      {kSz, "text\0"s, "dflt", 0, kMoreData, ""}, {kSz, "a\0b"s, "dflt", 8, 0, "a\0b\0"s},
       {kSz, "longer than 8\0"s, "dflt", 8, kMoreData, "dflt\0\0"s},
       {kSz, "longer than 8\0"s, nullptr, 8, kMoreData, "\0"s},
-      {kSz, "", "dflt", 8, 0, ""}, {kSz, "", "dflt", 0, 0, ""}, {kSz, "ab", "dflt", 8, 0, "ab"},
+      {kSz, "", "dflt", 8, 0, ""}, {kSz, "", "dflt", 0, 0, ""}, {kSz, "ab", "dflt", 8, 0, "ab\0"s},
       {kSz, "abcdefgh", "dflt", 8, 0, "abcdefgh"}, {kDword, "\1\2\3\4", "d", 8, kBadData, "d\0\0\4"s},
       {kDword, "\1\2\3\4", nullptr, 8, kBadData, "\0\2\3\4"s},
       {kExpand, "text\0"s, "defaults", 8, kBadData, "default\0"s},
@@ -191,13 +193,13 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
       ASSERT_EQ(buffer.Bytes(), expected);
     }
   }
-  GuardedBuffer buffer(6);
+  GuardedBuffer buffer(7);  // one byte for the terminator that the platform adds
   Put(kPath, "v", REG_SZ, "stored");
   for (const auto& [name, length] : {std::pair("v", 6u), {"none", 4u}}) {
     auto* psz = buffer.As<char>();
     EXPECT_EQ(utRegGetPrivateUserString("sec", name, "dflt", psz, ~0u, "prod"), length);
   }
-  EXPECT_EQ(buffer.Bytes(), test::BytesOf("dflt"s, 2));
+  EXPECT_EQ(buffer.Bytes(), test::BytesOf("dflt"s, 3));
 }
 
 TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
@@ -244,7 +246,7 @@ TEST(PrivateSettings, StandBelowTheRootProductBeforeSection) {
   // clang-format on
   for (const auto& row : rows) {
     const auto needed = static_cast<DWORD>(row.path.size() + 1);
-    for (const DWORD size : {0u, needed - 1, needed, UT_SIZE_UNCHECKED}) {
+    for (const DWORD size : std::vector<DWORD>{0, needed - 1, needed, UT_SIZE_UNCHECKED}) {
       GuardedBuffer buffer(std::min(size, needed));
       ASSERT_EQ(utRegPathBrindlexSoftware(buffer.As<char>(), size, row.section, row.product),
                 size >= needed);
@@ -306,9 +308,11 @@ struct Setting {
   std::string Place() const {
     std::string place;
     for (const char* part : {product, section}) {
-      if (part != nullptr && *part != 0) place += host::FoldName(part) + '\\';
+      if (part != nullptr && *part != 0) place += part + "\\"s;
     }
-    return place + '=' + host::FoldName(name == nullptr ? "" : name);
+    place += '=' + std::string(name == nullptr ? "" : name);
+    for (char& c : place) c = static_cast<char>(std::toupper(c));
+    return place;
   }
 };
 

@@ -177,7 +177,10 @@ struct Checks : test::GuardedBlock<F> {
     if (choices.Below(2) != 0) alphabet = {alphabet[0], alphabet[1], alphabet[6]};
     alphabet.push_back(1 + choices.Below(F::kIsWide ? 0xFFFF : 0xFF));
     const auto guard = choices.Of<Guard>({Guard::kBehind, Guard::kInFront});
-    const Model<F> model{choices.Text(alphabet, choices.Below(8) == 0 ? 150 : 9)};
+    // Long texts have stretches of one-byte characters that end anywhere in a block.
+    const bool isLong = choices.Below(8) == 0;
+    if (isLong && choices.Below(2) != 0) alphabet.insert(alphabet.end(), 30, Char{'a'});
+    const Model<F> model{choices.Text(alphabet, isLong ? 150 : 9)};
     auto block = BytesOf(model.text);
     if (choices.Below(3) == 0) block.push_back(test::kPattern);  // at an odd address if behind
     const auto any = static_cast<WORD>(choices.Below(0x10000));

@@ -272,7 +272,7 @@ void CheckName(BOOL(UT_API* ask)(LPSTR, INT, WORD, INT), WORD wNumber, LCTYPE fu
       const std::vector<host::Call> expected = {
           {"GetLocaleInfoA", {kUserDefault, type, Word(text), cch}}};
       ASSERT_EQ(host::TakeJournal(), expected) << wNumber << " with style " << nStyle;
-      ASSERT_STREQ(text, size == 4 ? "abc" : "");
+      ASSERT_STREQ(text, size >= 3 ? "abc" : "");  // what doesn't fit is stored as far as it goes
     }
   }
 }

@@ -11,6 +11,9 @@ BOOL CallModuleEntry(HMODULE hModule, DWORD dwReason);
 // The handle that the module holds, read from where the module keeps it.
 HMODULE StoredModuleHandle();
 
+// Makes it ready to be called, once.
+bool Connect();
+
 }  // namespace test
 
 #endif  // TESTS_SUPPORT_ENTRY_H

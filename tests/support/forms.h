@@ -15,7 +15,7 @@ namespace test {
 struct ByteForm {
   using Char = CHAR;
   static constexpr bool kIsWide = false;
-#define UT_PAIR(operation, byteName, wideName) static constexpr auto* operation = &byteName;
+#define UT_PAIR(operation, byteName, wideName) static inline auto* const operation = &byteName;
 #include <pairs.inc>
 #undef UT_PAIR
 };
@@ -23,7 +23,7 @@ struct ByteForm {
 struct WideForm {
   using Char = WCHAR;
   static constexpr bool kIsWide = true;
-#define UT_PAIR(operation, byteName, wideName) static constexpr auto* operation = &wideName;
+#define UT_PAIR(operation, byteName, wideName) static inline auto* const operation = &wideName;
 #include <pairs.inc>
 #undef UT_PAIR
 };
@@ -47,6 +47,8 @@ std::basic_string<typename Form::Char> Text(std::string_view text) {
   }
   return units;
 }
+
+inline std::basic_string<WCHAR> Wide(std::string_view text) { return Text<WideForm>(text); }
 
 // Bytes of `units` units of a form.
 template <class Form>

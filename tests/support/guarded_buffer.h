@@ -4,8 +4,6 @@
 #ifndef TESTS_SUPPORT_GUARDED_BUFFER_H
 #define TESTS_SUPPORT_GUARDED_BUFFER_H
 
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +11,8 @@
 #include <map>
 #include <span>
 #include <vector>
+
+#include "support/surroundings.h"
 
 namespace test {
 
@@ -46,10 +46,10 @@ class GuardedBuffer {
     constexpr unsigned char kZeros[kZeroBytes] = {};
     auto* zeros = data_ - ZerosInFront();
     if (!IsPattern(pages_ + kPage, zeros) || std::memcmp(zeros, kZeros, ZerosInFront()) != 0) {
-      OnOverrun()("a byte in front of the buffer was written");
+      OnOverrun()("a byte before the buffer was written");
     }
     if (!IsPattern(data_ + size_, pages_ + kPage + room_)) {
-      OnOverrun()("a byte behind the buffer was written");
+      OnOverrun()("a byte after the buffer was written");
     }
     Spare(room_).push_back(pages_);
   }
@@ -75,14 +75,14 @@ class GuardedBuffer {
   static constexpr std::size_t kPage = 4096;
   static constexpr std::size_t kZeroBytes = 2;
 
-  // What stands in front of a buffer ends with a zero of either form, which a search that reads
+  // What precedes a buffer ends with a zero of either form, which a search that reads
   // more than it was given must not take for one of the buffer's.
   std::size_t ZerosInFront() const {
     return std::min<std::size_t>(kZeroBytes, data_ - (pages_ + kPage));
   }
 
   static bool IsPattern(const unsigned char* from, const unsigned char* to) {
-    // Each byte equals the one behind it, and one of them the pattern.
+    // Each byte equals the one after it, and one of them the pattern.
     return from == to || (*from == kPattern && std::memcmp(from, from + 1, to - from - 1) == 0);
   }
 
@@ -96,10 +96,8 @@ class GuardedBuffer {
   static unsigned char* TakePages(std::size_t room) {
     auto& spare = Spare(room);
     if (spare.empty()) {
-      void* pages = mmap(nullptr, room + 2 * kPage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-      if (pages == MAP_FAILED) std::abort();
-      spare.push_back(static_cast<unsigned char*>(pages));
-      mprotect(spare.back() + kPage, room, PROT_READ | PROT_WRITE);
+      spare.push_back(ReservePages(room + 2 * kPage));
+      OpenPages(spare.back() + kPage, room);
     }
     auto* pages = spare.back();
     spare.pop_back();

@@ -1,5 +1,5 @@
-// Starts the tests of the library: on the sources linked into this program, or on the DLL that
-// TAVKIT_DLL names.
+// Starts the tests of the library: on the sources linked into this program, on the DLL that
+// TAVKIT_DLL names, or on Windows (tests/windows/).
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -23,9 +23,9 @@ BOOL test::CallModuleEntry(HMODULE hModule, DWORD dwReason) {
 }
 HMODULE test::StoredModuleHandle() { return tavkit::g_hModule; }
 
-static bool Connect() { return true; }
+bool test::Connect() { return true; }
 
-#else
+#elif !defined(_WIN32)
 
 #include <client.h>
 #include <operation_table.h>
@@ -58,7 +58,7 @@ static void ReportCrash(int number, siginfo_t*, void* context) {
   std::fflush(stdout);
 }
 
-static bool Connect() {
+bool test::Connect() {
   struct sigaction action = {};
   action.sa_sigaction = ReportCrash;
   action.sa_flags = SA_SIGINFO | static_cast<int>(SA_RESETHAND);
@@ -96,7 +96,7 @@ class FreshPlatform : public testing::EmptyTestEventListener {
   }
   void OnTestEnd(const testing::TestInfo& info) override {
     mayThrow = false;
-    if (!info.result()->Failed()) test::ExpectNothingLeft();
+    if (info.result()->Passed()) test::ExpectNothingLeft();
   }
 };
 
@@ -113,5 +113,5 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   test::GuardedBuffer::OnOverrun() = ReportOverrun;
   testing::UnitTest::GetInstance()->listeners().Append(new FreshPlatform);
-  return Connect() ? RUN_ALL_TESTS() : 1;
+  return test::Connect() ? RUN_ALL_TESTS() : 1;
 }
