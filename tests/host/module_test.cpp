@@ -173,12 +173,8 @@ TEST_F(ModuleTest, NamesWhatIsTwisted) {
   const auto count = Get<std::uint32_t>(dll_, exports + offsetof(Exports, functionCount));
   const auto exportsRva = Get<std::uint32_t>(dll_, at_.Directory(pe::kExports));
   const auto dataRva = Get<std::uint32_t>(dll_, at_.Section(2) + offsetof(Section, rva));
-  struct Row {
-    std::size_t offset;
-    std::uint64_t value;
-    unsigned width;
-    const char* refusal;
-  };
+  // An offset, the value that is put there, its width and what is refused.
+  using Row = std::tuple<std::size_t, std::uint64_t, unsigned, const char*>;
   std::vector<Row> rows = {
       {pe::kDosHeaderOffset, 0xFFFFFFF0, 4, "PE header lies outside"},
       {at_.file - 4, 0x4551, 4, "PE signature"},
@@ -257,11 +253,11 @@ TEST_F(ModuleTest, NamesWhatIsTwisted) {
   } else {
     rows.push_back({at_.Directory(pe::kRelocations) + 4, 0, 4, "no relocations"});
   }
-  for (const auto& row : rows) {
+  for (const auto& [offset, value, width, refusal] : rows) {
     auto twisted = dll_;
-    Put(twisted, row.offset, row.value, row.width);
-    if (row.offset != at_.Checksum()) MendChecksum(twisted);
-    EXPECT_THAT(Refusal(twisted), HasSubstr(row.refusal)) << "at " << row.offset;
+    Put(twisted, offset, value, width);
+    if (offset != at_.Checksum()) MendChecksum(twisted);
+    EXPECT_THAT(Refusal(twisted), HasSubstr(refusal)) << "at " << offset;
   }
 }
 
@@ -277,8 +273,8 @@ TEST_F(ModuleTest, TellsProgramsFromDlls) {
   EXPECT_THAT(Refusal(program, Module::Kind::kProgram), HasSubstr("entry lies outside the code"));
 }
 
-// With a checksum that matches, or none, so that the checks after it are on their own. What is taken
-// nevertheless, with a changed timestamp for example, has all its exports in readable pages.
+// With a checksum that matches, or none, so that the checks after it are on their own. What is
+// taken nevertheless, with a changed timestamp for example, has all its exports in readable pages.
 PROPERTY(ModuleLoader, SurvivesChangedTables, 1000) {
   static const Bytes dll = ShippedDll();
   static const Places at(dll);
