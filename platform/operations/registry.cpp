@@ -146,7 +146,7 @@ LONG QueryValue(const RegistryKey& key, LPCSTR pszValueName, LPDWORD pdwType, LP
   if (data.size() > capacity) return ERROR_MORE_DATA;
   std::copy(data.begin(), data.end(), pData);
   // A text without a terminator gets one where there is space, and its size doesn't count that.
-  if (IsText(type) && !data.empty() && data.back() != 0 && data.size() < room)
+  if (IsText(type) && !data.empty() && data.back() != 0 && data.size() < capacity)
     pData[data.size()] = 0;
   return ERROR_SUCCESS;
 }
