@@ -106,12 +106,20 @@ TYPED_TEST(LargeTest, SumsOfSizesDontWrap) {
   EXPECT_EQ(F::SizeNETRESOURCE(&record, UT_NR_COMMENT), 0x40000000 + sizeof record);
   const typename TestFixture::Record three = {1, 2, 3, 4, less, less, nullptr, less};
   EXPECT_EQ(F::CopyNETRESOURCE_XBuffer(&three, hXBuf, UT_NR_ALL, nullptr), 0);
-  for (const std::size_t size : {0xFFFFFFFEull, 0x100000010ull}) {
+  for (const std::size_t size : {0xFFFFFFFEull, 0x100000000ull, 0x100000010ull}) {
     if (size > test::kLongest) break;
     EXPECT_EQ(F::ServerName(text(size), UT_SERVERNAME_UNC, pszOut, out.size()), 0);
     DWORD cbRemaining = UT_SIZE_UNCHECKED;
     EXPECT_EQ(F::CopyNextAsciiz(text(size), &pszOut, &cbRemaining), 0);
     EXPECT_EQ(F::XBufCopyStringTo(hXBuf, UT_XBUF_BACK, text(size), nullptr), 0);
+    EXPECT_EQ(F::BuildUNCName(pszOut, UT_SIZE_UNCHECKED, nullptr, text(size), nullptr), 0);
+    const typename TestFixture::Record one = {1, 2, 3, 4, text(size), nullptr, nullptr, nullptr};
+    EXPECT_EQ(F::CopyNETRESOURCE(&one, pszOut, out.size(), UT_NR_ALL, nullptr), 0);
+    if constexpr (!F::kIsWide) {
+      EXPECT_EQ(utRegPathBrindlexSoftware(pszOut, UT_SIZE_UNCHECKED, text(size), nullptr), 0);
+      EXPECT_EQ(utRegGetPrivateUserDword("s", "v", 7, text(size)), 7u);
+      EXPECT_EQ(utRegWritePrivateUserString("s", "v", text(size), "p"), 0);
+    }
   }
   utXBufDestroy(hXBuf);
   EXPECT_TRUE(SameBytes(out.Bytes(), test::Over(test::Pattern(64), test::Bytes(this->kUnit))));
