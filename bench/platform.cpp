@@ -1,4 +1,4 @@
-// Stands in front of the platform layer; the linker puts these functions in its place (--wrap).
+// Takes the platform layer's place (the linker's --wrap).
 // LocalAlloc is put straight on top of malloc: the layer's own keeps every block that was freed, to
 // look for misuse, and would be measured along with the library.
 #include "platform.h"
@@ -41,6 +41,8 @@ BENCH_STAND_IN LPSTR UT_API __wrap_CharNextA(LPCSTR psz) {
 }
 
 BENCH_STAND_IN HANDLE UT_API __wrap_LocalAlloc(UINT uFlags, SIZE_T cbBlock) {
+  if (record != nullptr)
+    record->push_back({bench::PlatformCall::kBlock, {}, std::string(cbBlock, 0)});
   return uFlags & LMEM_ZEROINIT ? std::calloc(1, cbBlock) : std::malloc(cbBlock);
 }
 
@@ -61,6 +63,7 @@ void PlatformCalls::Stop() {
   std::size_t copied = 0;
   for (auto& call : calls_) {
     const auto& text = call.text;
+    if (call.operation == PlatformCall::kBlock) continue;
     if (call.operation == PlatformCall::kCopy) copied += text.size() + 1;
     if (std::strncmp(call.source, text.c_str(), text.size() + 1) != 0) call.source = text.c_str();
   }
@@ -80,6 +83,9 @@ void PlatformCalls::Make() {
         break;
       case PlatformCall::kNext:
         CharNextA(call.source);
+        break;
+      case PlatformCall::kBlock:
+        LocalFree(LocalAlloc(LMEM_ZEROINIT, static_cast<SIZE_T>(call.text.size())));
         break;
     }
   }

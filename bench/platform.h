@@ -1,4 +1,4 @@
-// The platform's string operations that an export calls: recorded once, and made again to be timed.
+// The platform's operations on strings and blocks that an export calls: recorded once, and made again to be timed.
 #ifndef BENCH_PLATFORM_H
 #define BENCH_PLATFORM_H
 
@@ -8,9 +8,9 @@
 namespace bench {
 
 struct PlatformCall {
-  enum Operation { kLength, kCopy, kNext } operation;
+  enum Operation { kLength, kCopy, kNext, kBlock } operation;  // kBlock: allocated and freed
   const char* source;
-  std::string text = {};  // what stood at `source` then
+  std::string text = {};  // what stood at `source` then; as long as the block
 };
 
 // The calls of one piece of work, each on its own text, which the work may have changed since.

@@ -9,6 +9,8 @@ else()
   set(preferred 0x10000000)
 endif()
 
+enable_language(RC)
+
 generate_from(exports.inc UT_EXPORT entries FROM ${public_headers})
 generate_from(imports.inc UT_IMPORT entries FROM ${platform_header})
 generate_from(pairs.inc UT_EXPORT pairs FROM ${public_headers})
@@ -38,7 +40,7 @@ target_compile_options(tests_on_windows PRIVATE -Wno-attributes)
 target_precompile_headers(tests_on_windows PRIVATE <gmock/gmock.h> <gtest/gtest.h> <tavkit.h>)
 
 function(test_program name library)
-  add_executable(${name})
+  add_executable(${name} tests/windows/strings.rc)
   target_link_libraries(${name} PRIVATE tests_on_windows ${release}/lib/${library}.lib)
   target_link_options(${name} PRIVATE -static ${ARGN})
   set_target_properties(${name} PROPERTIES LINK_DEPENDS ${release}/lib/${library}.lib)

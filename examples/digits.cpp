@@ -24,7 +24,7 @@ void PrintNumbers() {
     std::printf("%s: no digit at %u\n", key, example::Offset(key, bad));
   }
 
-  // No prefix is skipped: 0x1F reads as the 0 in front of the x.
+  // No prefix is skipped: 0x1F reads as the 0 that precedes the x.
   std::printf("0x1F: %X, behind the prefix: %X\n", utAtoX("0x1F"), utAtoX(&"0x1F"[2]));
 
   // Two characters for each byte and no terminator, so the text gets its own.
@@ -37,15 +37,15 @@ void PrintNumbers() {
               back[3]);
 }
 
-// Room counts wide characters here, and the source has at least as many bytes. With less room the
-// target might lack its terminator.
+// The capacity counts wide characters here, and the source has at least as many bytes. With less
+// the target might lack its terminator.
 std::u16string Widen(LPCSTR text) {
   std::vector<WCHAR> wide(utStringSize(text, 1));
   return utA2WHelper(wide.data(), text, static_cast<INT>(wide.size()));
 }
 
-// Here room counts bytes, at most two for each wide character. What the code page lacks is replaced
-// without a sign: only the way back tells.
+// Here the capacity counts bytes, at most two for each wide character. What the code page lacks is
+// replaced without a sign: only the way back tells.
 std::string Narrow(LPCWSTR wide) {
   std::vector<char> text(utStringSizeW(wide, 1));
   return utW2AHelper(text.data(), wide, static_cast<INT>(text.size()));

@@ -32,12 +32,12 @@ void PrintLists() {
   std::printf("GREEN in any case: at %u, exactly so: %s\n", example::Offset(list, found),
               utScanMultiAsciiz("GREEN", list, TRUE) != nullptr ? "found" : "not found");
 
-  // An edit moves the members behind it, so an address from before it now means another string.
+  // An edit moves the members that follow, so an address from before it now means another string.
   utInsertMultiAsciiz("tan", found, list, sizeof list);
   std::printf("inserted: %s stands where green stood\n", found);
   PrintList("full", list);
 
-  // There is no room for one more until the first string goes.
+  // One more doesn't fit until the first string goes.
   BOOL isTaken = utAppendMultiAsciiz("sky", list, sizeof list);
   utRemoveMultiAsciiz(list, 1);
   std::printf("appended: %d, then %d\n", isTaken, utAppendMultiAsciiz("sky", list, sizeof list));

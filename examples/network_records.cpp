@@ -37,8 +37,8 @@ void PrintRecords() {
               utVarSizeNETRESOURCE(&source, UT_NR_ALL));
   Print(all);
 
-  // What the mask leaves out takes no room and comes out 0 or NULL. The strings stand at the end of
-  // the block, so the size has to be its true one: never UT_SIZE_UNCHECKED.
+  // What the mask leaves out takes no space and comes out 0 or NULL. The strings stand at the end
+  // of the block, so the size has to be its true one: never UT_SIZE_UNCHECKED.
   constexpr DWORD kMask = UT_NR_TYPE | UT_NR_LOCALNAME | UT_NR_REMOTENAME;
   constexpr DWORD kSize = 60;
   DWORD needed = 0;

@@ -25,7 +25,7 @@ void PrintStrings() {
   std::printf("trimmed: %s, %u bytes\n", path, utStringSize(path, 0));
 
   host::SetCodePage(932);
-  const char japanese[] = "C:\\\x95\x5C.txt";  // one character in front of the extension
+  const char japanese[] = "C:\\\x95\x5C.txt";  // one character before the extension
   std::printf("by bytes: a backslash at %u; by characters: the name begins at %u\n",
               example::Offset(japanese, utFindRevChar(japanese, '\\')),
               example::Offset(japanese, FileName(japanese)));

@@ -3,7 +3,7 @@
 
 namespace {
 
-// utAppendPathComponent takes no size, so the caller makes sure of the room: the path, one
+// utAppendPathComponent takes no size, so the caller makes sure of the capacity: the path, one
 // backslash, the component and the terminator.
 bool Append(LPSTR path, DWORD size, LPCSTR component) {
   if (!utIsBufferSize(size, utStringSize(path, 0) + 1 + utStringSize(component, 1))) return false;
@@ -14,7 +14,7 @@ bool Append(LPSTR path, DWORD size, LPCSTR component) {
 void PrintNames() {
   const char name[] = "\\\\orion\\projects\\2026\\plans";
 
-  // Copies of the parts. One that is too long is cut without a sign, so give each the room of the
+  // Copies of the parts. One that is too long is cut without a sign, so give each the size of the
   // whole name; NULL leaves a part out.
   char server[sizeof name], path[sizeof name];
   const DWORD parts = utBreakUNCName(name, server, sizeof server, nullptr, 0, path, sizeof path);
@@ -28,7 +28,7 @@ void PrintNames() {
                 example::Offset(start, share));
   }
 
-  // A search reports a separator with nothing behind it; a check does not.
+  // A search reports a separator with nothing after it; a check does not.
   std::printf("\\\\orion\\ gives %u if searched, %u if checked\n",
               utSearchUNCName("\\\\orion\\", nullptr, nullptr, nullptr),
               utCheckUNCName("\\\\orion\\"));
@@ -40,7 +40,7 @@ void PrintNames() {
   isBuilt = utBuildUNCName(built, sizeof built, "\\\\vega", "scans", "june");
   std::printf("built: %d, \"%s\"\n", isBuilt, built);
 
-  // The room asked for is that of the name as it is passed, and two bytes: \\vega asks for 9.
+  // The size asked for is that of the name as it is passed, and two bytes: \\vega asks for 9.
   char form[9];
   BOOL isWritten = utServerName("\\\\vega", UT_SERVERNAME_UNC, form, 7);
   std::printf("7 bytes: %d, \"%s\"\n", isWritten, form);

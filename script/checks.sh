@@ -20,6 +20,13 @@ check() {
   fi
 }
 
+# check_with TOOL NAME COMMAND...: the same where that tool is there. script/test installs no toolchain but its own;
+# script/wine brings MinGW.
+check_with() {
+  local tool=$1; shift
+  if command -v "$tool" >/dev/null; then check "$@"; else echo "skip  $1: there is no $tool"; fi
+}
+
 # The closing line, and the exit code that goes with it.
 summary() {
   echo "$passed passed, $failed failed"

@@ -42,6 +42,7 @@ install(FILES cmake/package/tavkit-config.cmake ${generated}/tavkit-config-versi
         DESTINATION lib/cmake/tavkit)
 install(DIRECTORY include DESTINATION .)
 install(DIRECTORY examples/consumer/ DESTINATION example)
+install(DIRECTORY examples/dialog_window DESTINATION example)
 # Those worked examples that need no control of the platform below them.
 install(FILES cmake/package/worked/CMakeLists.txt examples/example.h examples/picture.h
         DESTINATION example/worked)

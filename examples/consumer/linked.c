@@ -5,7 +5,7 @@
  */
 #include "console.h"
 
-/* The parts of a network name as a list of strings, one behind the other. */
+/* The parts of a network name as a list of strings, one after the other. */
 static BOOL ListParts(LPCSTR pszName, LPSTR pList, DWORD cbList) {
   CHAR szServer[32], szShare[32], szPath[32];
   LPSTR pCursor = pList;

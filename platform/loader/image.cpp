@@ -46,7 +46,7 @@ void CopySections(const pe::View& file, const pe::Headers& headers, const Mappin
   std::memcpy(image.data(), file.Range(0, headers.optional.headersSize, "the headers"),
               headers.optional.headersSize);
   for (const auto& section : headers.sections) {
-    // What the file holds behind the virtual size only fills its last block.
+    // What the file holds past the virtual size only fills its last block.
     const auto size = section.virtualSize == 0 ? section.fileSize
                                                : std::min(section.virtualSize, section.fileSize);
     std::memcpy(image.data() + section.rva,

@@ -24,10 +24,10 @@ class AtomicFile {
   // here is refused, so that no update is lost; replacing goes on one by one in a folder.
   //
   // The new file has the mode of the old one, and its owner and group as far as the process may
-  // give them; access lists and further hard links stay behind. At a symbolic link the file that
-  // it leads to is replaced. On an error the old file stays, or the new one if only its place in
-  // the folder is not known to be on the disk. What a killed process left is cleared away by the
-  // next one that replaces a file in that folder.
+  // give them; it has no access lists, and further hard links keep the old content. At a symbolic
+  // link the file that it leads to is replaced. On an error the old file stays, or the new one if
+  // only its place in the folder is not known to be on the disk. What a killed process left is
+  // cleared away by the next one that replaces a file in that folder.
   void Replace(std::string content);
 
  private:

@@ -28,7 +28,7 @@ constexpr CodePageRow kCodePages[] = {
 
 const CodePageRow& Active() { return kCodePages[state->codePage]; }
 
-// A lead byte takes the byte behind it along, unless the string ends there.
+// A lead byte takes the byte that follows along, unless the string ends there.
 LPCSTR Step(LPCSTR psz) {
   if (*psz == 0) return psz;
   const bool isPair = IsLeadByte(static_cast<unsigned char>(*psz)) && psz[1] != 0;

@@ -49,7 +49,7 @@ void MarkDeleted(RegistryKey& key) {
   for (const auto& [folded, sub] : key.keys) MarkDeleted(*sub);
 }
 
-// The next part of a path, which may be empty; `path` becomes what stands behind it.
+// The next part of a path, which may be empty; `path` becomes what follows it.
 std::string_view TakePart(std::string_view& path) {
   std::size_t end = 0;
   while (end < path.size() && path[end] != '\\') end += CharacterLength(path, end);
@@ -124,11 +124,11 @@ LONG QueryValue(const RegistryKey& key, LPCSTR pszValueName, LPDWORD pdwType, LP
   if (found == key.values.end()) return ERROR_FILE_NOT_FOUND;
 
   const auto& [name, type, data] = found->second;
-  const DWORD room = pcbData == nullptr ? 0 : *pcbData;
+  const DWORD capacity = pcbData == nullptr ? 0 : *pcbData;
   if (pdwType != nullptr) *pdwType = type;
   if (pcbData != nullptr) *pcbData = static_cast<DWORD>(data.size());
   if (pData == nullptr) return ERROR_SUCCESS;
-  if (data.size() > room) return ERROR_MORE_DATA;
+  if (data.size() > capacity) return ERROR_MORE_DATA;
   std::copy(data.begin(), data.end(), pData);
   return ERROR_SUCCESS;
 }

@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view kVersion4 = "REGEDIT4";
 constexpr std::string_view kVersion5 = "Windows Registry Editor Version 5.00";
 
-// A file with the first line behind its version has the second one at its end, so that a file that
+// A file with the first line after its version has the second one at its end, so that a file that
 // was cut short between two lines can be told from a whole one.
 constexpr std::string_view kEndIsMarked = "; The last line is \"; End\".";
 constexpr std::string_view kEnd = "\n; End";
@@ -166,7 +166,7 @@ class Reader {
 
   void RequireLineEnd() {
     SkipBlanks();
-    if (!AcceptLineEnd()) Refuse("something stands behind what the line should hold");
+    if (!AcceptLineEnd()) Refuse("something follows what the line should hold");
   }
 
   void ReadVersion() {

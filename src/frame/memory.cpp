@@ -80,7 +80,7 @@ void FillBytes(void* pDest, BYTE value, size_t count) {
 
 }  // namespace tavkit
 
-// The compiler may call these behind the sources' back. The product links no C runtime, so they
+// The compiler may call these where the sources don't. The product links no C runtime, so they
 // stand here; a native build takes them from the C library.
 #if defined(_WIN32)
 

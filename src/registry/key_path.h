@@ -9,7 +9,7 @@ namespace tavkit {
 // Bytes of the joined path with its terminator. A NULL part is left out; an empty one takes part.
 DWORD utRegJoinPathSize(LPCSTR pszFirst, LPCSTR pszSecond, LPCSTR pszThird);
 
-// Joins with single backslashes: one stands in front of a part where something stands before it.
+// Joins with single backslashes: one precedes a part where something precedes that.
 // FALSE, with pszPath untouched, if it is NULL or the path takes more than cbPath bytes.
 BOOL utRegJoinPath(LPSTR pszPath, DWORD cbPath, LPCSTR pszFirst, LPCSTR pszSecond, LPCSTR pszThird);
 

@@ -29,7 +29,7 @@ class PrivatePath {
   bool fits_;
 };
 
-// Bytes in front of the first zero in the buffer, or cbFilled if there is none. How large an
+// Bytes that precede the first zero in the buffer, or cbFilled if there is none. How large an
 // unchecked buffer is nobody knows: only what was filled is looked at.
 DWORD TextLength(LPCSTR pszText, DWORD cbBuffer, DWORD cbFilled) {
   const DWORD cbSearched = cbBuffer == UT_SIZE_UNCHECKED ? cbFilled : cbBuffer;

@@ -13,7 +13,7 @@ namespace {
 constexpr LPCSTR kTrueWords[] = {"TRUE", "YES", "ON", "1"};
 constexpr LPCSTR kFalseWords[] = {"FALSE", "NO", "OFF", "0"};
 
-// What a boolean is read into. The query may fill kSize bytes; the zero behind them ends a text
+// What a boolean is read into. The query may fill kSize bytes; the zero after them ends a text
 // that was stored without its terminator.
 struct BoolData {
   static constexpr DWORD kSize = 48;

@@ -89,7 +89,8 @@ bool HasStop(uintptr_t stride, const Stops& stops) {
 template <class Stops>
 Hit ScanAfter(uintptr_t block, const Stops& stops) {
   // Most texts are short: three blocks are looked at one by one.
-  for (const uintptr_t end = block + 3 * kBlock; block != end;) {
+#pragma clang loop unroll(full)
+  for (unsigned looked = 0; looked < 3; ++looked) {
     block += kBlock;
     const Hit hit = LookAt(block, stops);
     if (hit.stops != 0) return hit;

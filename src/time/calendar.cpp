@@ -8,9 +8,9 @@ constexpr BYTE kMonthLengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31
 constexpr WORD kFebruary = 2;
 constexpr WORD kMonths = sizeof kMonthLengths;
 
-// The days in front of each month, in a common year and in a leap year. The months past December
+// The days that precede each month, in a common year and in a leap year. The months past December
 // add nothing.
-constexpr WORD kDaysInFront[2][kMonths + 2] = {
+constexpr WORD kDaysBefore[2][kMonths + 2] = {
     {0, 0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334, 365},
     {0, 0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335, 366}};
 
@@ -39,7 +39,7 @@ WORD UT_API utDaysInYear(WORD wYear) { return utIsLeapYear(wYear) ? 366 : 365; }
 
 WORD UT_API utDayOfYear(WORD wYear, WORD wMonth, WORD wDay) {
   const WORD wEnd = wMonth <= kMonths ? wMonth : kMonths + 1;
-  return static_cast<WORD>(wDay + kDaysInFront[utIsLeapYear(wYear)][wEnd]);
+  return static_cast<WORD>(wDay + kDaysBefore[utIsLeapYear(wYear)][wEnd]);
 }
 
 // Zeller's congruence. It starts the year in March: January and February are the months 13 and 14

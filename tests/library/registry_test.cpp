@@ -26,11 +26,12 @@ constexpr DWORD kMissing = ERROR_FILE_NOT_FOUND, kBad = ERROR_INVALID_PARAMETER;
 constexpr BOOL kOwn = 0x55000000;  // a default that is no stored value, in its high byte only
 
 void Put(const char* path, const char* name, DWORD type, const std::string& data) {
-  ASSERT_EQ(utRegSetValue(kUser, path, name, type, data.data(), data.size(), 1), 0u);
+  const auto stored = data + 'x';  // the platform takes a zero that follows a text along
+  ASSERT_EQ(utRegSetValue(kUser, path, name, type, stored.data(), data.size(), 1), 0u);
 }
 
 // The platform's registry calls of a piece of work, each argument by its name, as a small number,
-// or as * for another address.
+// as k for a key that was opened, or as * for another address.
 std::string Calls(const std::function<void()>& work, const Names& names = {}) {
   host::StartJournal();
   work();
@@ -38,9 +39,11 @@ std::string Calls(const std::function<void()>& work, const Names& names = {}) {
   for (const auto& [operation, arguments] : host::TakeJournal()) {
     if (!operation.starts_with("Reg")) continue;
     calls += operation.substr(3, operation.find_last_not_of("ExA") - 2);
-    for (const auto argument : arguments) {
+    for (const auto& argument : arguments) {
       const auto name = names.find(reinterpret_cast<const void*>(argument));
-      const auto number = argument < 0x100000 ? std::to_string(argument) : "*";
+      const auto number = &argument == &arguments[0] ? "k"
+                          : argument < 0x100000      ? std::to_string(argument)
+                                                     : "*";
       calls += ' ' + (name != names.end() ? name->second : number);
     }
     calls += "; ";
@@ -49,31 +52,33 @@ std::string Calls(const std::function<void()>& work, const Names& names = {}) {
 }
 
 TEST(RegistryValues, ReachThePlatformAsTheyCome) {
-  test::StayOnHostLayer("handles by their numbers");
   const HKEY u = kUser;
-  const char sub[] = "Software\\Brindlex", v[] = "v", none[] = "none", empty[] = "";
+  const char sub[] = "Software\\Brindlex", v[] = "v", none[] = "Software\\Brindlex\\none", empty[] = "";
   DWORD t, n;
   char d[2] = {};
   HKEY key = nullptr;
   const Names names = {{u, "u"},  {sub, "sub"}, {none, "none"}, {empty, "empty"}, {v, "v"},
                        {&t, "t"}, {&n, "n"},    {d, "d"},       {&key, "key"}};
+  RegOpenKeyExA(u, empty, 0, KEY_QUERY_VALUE, &key);
+  const std::string same = key == u ? "u" : "k";  // the key itself, or another handle to it
+  RegCloseKey(std::exchange(key, nullptr));
   // What is called between opening `sub` with an access and closing it; all of it if that is 0.
   // clang-format off
   const struct { std::function<DWORD()> call; DWORD result, access; std::string calls; } rows[] = {
       {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0); }, kMissing, 0, "OpenKey u none 0 2 *; "},
       {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0x10000); }, 0, 0, "OpenKey u none 0 2 *; "
-       "CreateKey u none 0 0 0 983103 0 * *; SetValue 8 v 0 3 d 2; CloseKey 8; "},
-      {[&] { return utRegSetValue(u, sub, nullptr, 9, d, 0, 1); }, 0, 2, "SetValue 8 0 0 9 d 0; "},
+       "CreateKey u none 0 0 0 983103 0 * *; SetValue k v 0 3 d 2; CloseKey k; "},
+      {[&] { return utRegSetValue(u, sub, nullptr, 9, d, 0, 1); }, 0, 2, "SetValue k 0 0 9 d 0; "},
       {[&] { return utRegSetValue(u, nullptr, v, 3, d, 2, 1); }, 0, 0, "SetValue u v 0 3 d 2; "},
-      {[&] { return utRegQueryValue(u, sub, v, &t, d, &n); }, 0, 1, "QueryValue 8 v 0 t d n; "},
+      {[&] { return utRegQueryValue(u, sub, v, &t, d, &n); }, 0, 1, "QueryValue k v 0 t d n; "},
       {[&] { return utRegQueryValue(u, nullptr, v, nullptr, d, &n); }, kMissing, 0, "QueryValue u v 0 0 d n; "},
       {[&] { return utRegQueryValue(u, empty, v, &t, d, nullptr); }, kBad, 0,
-       "OpenKey u empty 0 1 *; QueryValue 8 v 0 t d 0; CloseKey 8; "},
+       "OpenKey u empty 0 1 *; QueryValue " + same + " v 0 t d 0; CloseKey " + same + "; "},
       {[&] { return utRegQueryValue(u, none, v, &t, d, &n); }, kMissing, 0, "OpenKey u none 0 1 *; "},
-      {[&] { return utRegVerifyValue(u, sub, v, &t); }, 1, 1, "QueryValue 8 v 0 t 0 *; "},
+      {[&] { return utRegVerifyValue(u, sub, v, &t); }, 1, 1, "QueryValue k v 0 t 0 *; "},
       {[&] { return utRegVerifyValue(u, nullptr, v, nullptr); }, 0, 0, "QueryValue u v 0 0 0 *; "},
-      {[&] { return utRegDeleteValue(u, sub, v); }, 0, 2, "DeleteValue 8 v; "},
-      {[&] { return utRegDeleteValue(u, sub, none); }, kMissing, 2, "DeleteValue 8 none; "},
+      {[&] { return utRegDeleteValue(u, sub, v); }, 0, 2, "DeleteValue k v; "},
+      {[&] { return utRegDeleteValue(u, sub, none); }, kMissing, 2, "DeleteValue k none; "},
       {[&] { return utRegDeleteValue(u, nullptr, v); }, kMissing, 0, "DeleteValue u v; "},
       {[&] { return utRegVerifyKey(u, sub); }, 1, 1, ""},
       {[&] { return utRegVerifyKey(u, none); }, 0, 0, "OpenKey u none 0 1 *; "},
@@ -92,7 +97,7 @@ TEST(RegistryValues, ReachThePlatformAsTheyCome) {
     Put(sub, v, REG_BINARY, "xy");
     n = 2;
     const auto opening = "OpenKey u sub 0 " + std::to_string(access) + " *; ";
-    if (access != 0) calls = opening + calls + "CloseKey 8; ";
+    if (access != 0) calls = opening + calls + "CloseKey k; ";
     DWORD got = 99;
     ASSERT_EQ(Calls([&] { got = call(); }, names), calls);
     ASSERT_EQ(got, result) << calls;
@@ -158,10 +163,10 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
                  std::string written; } rows[] = {
       {kSz, "text\0"s, "dflt", 8, 0, "text\0"s}, {kSz, "text\0"s, "dflt", 5, 0, "text\0"s},
       {kSz, "text\0"s, "dflt", 4, kMoreData, "dfl\0"s}, {kSz, "text\0"s, "dflt", 1, kMoreData, "\0"s},
-      {kSz, "text\0"s, "dflt", 0, kMoreData, ""}, {kSz, "a\0b"s, "dflt", 8, 0, "a\0b"s},
+      {kSz, "text\0"s, "dflt", 0, kMoreData, ""}, {kSz, "a\0b"s, "dflt", 3, 0, "a\0b"s},
       {kSz, "longer than 8\0"s, "dflt", 8, kMoreData, "dflt\0\0"s},
       {kSz, "longer than 8\0"s, nullptr, 8, kMoreData, "\0"s},
-      {kSz, "", "dflt", 8, 0, ""}, {kSz, "", "dflt", 0, 0, ""}, {kSz, "ab", "dflt", 8, 0, "ab"},
+      {kSz, "", "dflt", 8, 0, ""}, {kSz, "", "dflt", 0, 0, ""}, {kSz, "ab", "dflt", 2, 0, "ab"},
       {kSz, "abcdefgh", "dflt", 8, 0, "abcdefgh"}, {kDword, "\1\2\3\4", "d", 8, kBadData, "d\0\0\4"s},
       {kDword, "\1\2\3\4", nullptr, 8, kBadData, "\0\2\3\4"s},
       {kExpand, "text\0"s, "defaults", 8, kBadData, "default\0"s},
@@ -192,8 +197,8 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
     }
   }
   GuardedBuffer buffer(6);
-  Put(kPath, "v", REG_SZ, "stored");
-  for (const auto& [name, length] : {std::pair("v", 6u), {"none", 4u}}) {
+  Put(kPath, "v", REG_SZ, "store\0"s);
+  for (const auto& [name, length] : {std::pair("v", 5u), {"none", 4u}}) {
     auto* psz = buffer.As<char>();
     EXPECT_EQ(utRegGetPrivateUserString("sec", name, "dflt", psz, ~0u, "prod"), length);
   }
@@ -319,7 +324,7 @@ void Change(test::Choices& choices, const Setting& setting, std::map<std::string
   enum { kText, kBytes, kDeletion, kNone };
   const auto& [section, product, name] = setting;
   const int change = choices.Of<int>({kText, kBytes, kDeletion, kNone});
-  const auto data = choices.Text<char>({0, 'O', '\x81'}, choices.Of<unsigned>({5, 60}));
+  const auto data = choices.Text<char>({0, 'O', '\xB1'}, choices.Of<unsigned>({5, 60}));
   if (change == kText) {
     ASSERT_EQ(utRegWritePrivateUserString(section, name, data.c_str(), product), 1);
     model[setting.Place()] = {REG_SZ, data.c_str() + "\0"s};

@@ -43,14 +43,9 @@ struct Model {
       EXPECT_EQ(CallWithWords(utXBufGetBlockSize, hXBuf, selector), i < 4 ? sizes[i] : 0) << i;
     }
     EXPECT_EQ(utXBufGetSpaceUsed(hXBuf), cbFront + cbBack);
-    const std::uintptr_t fields[] = {UT_XBUF_SIGNATURE,
-                                     std::uintptr_t(pBuffer),
-                                     cbBuffer,
-                                     std::uintptr_t(pFree),
-                                     Free(),
-                                     cbFront,
-                                     cbBack,
-                                     owns};
+    using Word = std::uintptr_t;
+    const Word fields[] = {UT_XBUF_SIGNATURE, Word(pBuffer), cbBuffer, Word(pFree), Free(),
+                           cbFront,           cbBack,        owns};
     if (sizeof(void*) == sizeof(DWORD)) EXPECT_EQ(std::memcmp(hXBuf, fields, sizeof fields), 0);
     EXPECT_TRUE(test::SameBytes({pBuffer, pBuffer + bytes.size()}, bytes));
   }
@@ -127,19 +122,13 @@ class XBufWalk {
     LPVOID block = this;
     LPVOID* ppBlock = choices_.Below(8) != 0 ? &block : nullptr;
     BOOL result = -1;
-    switch (kind) {
-      case Source::kReservation:
-        result = CallWithWords(utXBufReserveBlock, hXBuf_, side, cb, ppBlock);
-        break;
-      case Source::kBytes:
-        result = CallWithWords(utXBufCopyTo, hXBuf_, side, from, cb, ppBlock);
-        break;
-      case Source::kString:
-        result = CallWithWords(utXBufCopyStringTo, hXBuf_, side, from, ppBlock);
-        break;
-      case Source::kWideString:
-        result = CallWithWords(utXBufCopyWideStringTo, hXBuf_, side, from, ppBlock);
-    }
+    const auto call = [&](auto* function, auto... arguments) {
+      result = CallWithWords(function, hXBuf_, side, arguments..., ppBlock);
+    };
+    if (kind == Source::kReservation) call(utXBufReserveBlock, cb);
+    if (kind == Source::kBytes) call(utXBufCopyTo, from, cb);
+    if (kind == Source::kString) call(utXBufCopyStringTo, from);
+    if (kind == Source::kWideString) call(utXBufCopyWideStringTo, from);
     SCOPED_TRACE(testing::Message() << "source " << int(kind) << ", side " << side << ", " << cb);
     EXPECT_EQ(result, from == nullptr || cb == 0 || expected != nullptr);
     EXPECT_EQ(block, ppBlock ? expected : static_cast<LPVOID>(this));
@@ -209,12 +198,8 @@ void CheckRefused(HXBUF hXBuf) {
   for (const auto& call : host::TakeJournal()) EXPECT_EQ(call.operation, "lstrlenA");
 }
 
-TEST(XBuf, RefusesWhatIsNoLivingObject) {
-  const HXBUF destroyed = utXBufCreate(8, nullptr);
-  utXBufDestroy(destroyed);  // its bytes stay readable here
-  DWORD signature = 1;
-  std::memcpy(&signature, destroyed, sizeof signature);
-  EXPECT_EQ(signature, 0u);
+TEST(XBuf, RefusesWhatIsNoObject) {
+  DWORD signature;
   for (const DWORD wrong : {0x80u, 0x8000u, 0x800000u, 0x80000000u, UT_XBUF_SIGNATURE + 0u}) {
     GuardedBuffer odd(5);  // at an odd address, and nothing that follows it may be read
     signature = UT_XBUF_SIGNATURE ^ wrong;
@@ -222,7 +207,16 @@ TEST(XBuf, RefusesWhatIsNoLivingObject) {
     CheckRefused(odd.As<HXBUF__>());
   }
   CheckRefused(nullptr);
-  CheckRefused(destroyed);
+}
+
+TEST(XBuf, RefusesWhatWasDestroyed) {
+  test::StayOnHostLayer("freed blocks that stay readable");
+  const HXBUF hXBuf = utXBufCreate(8, nullptr);
+  utXBufDestroy(hXBuf);
+  DWORD signature = 1;
+  std::memcpy(&signature, hXBuf, sizeof signature);
+  EXPECT_EQ(signature, 0u);
+  CheckRefused(hXBuf);
 }
 
 }  // namespace

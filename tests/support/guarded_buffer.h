@@ -46,10 +46,10 @@ class GuardedBuffer {
     constexpr unsigned char kZeros[kZeroBytes] = {};
     auto* zeros = data_ - ZerosInFront();
     if (!IsPattern(pages_ + kPage, zeros) || std::memcmp(zeros, kZeros, ZerosInFront()) != 0) {
-      OnOverrun()("a byte in front of the buffer was written");
+      OnOverrun()("a byte before the buffer was written");
     }
     if (!IsPattern(data_ + size_, pages_ + kPage + room_)) {
-      OnOverrun()("a byte behind the buffer was written");
+      OnOverrun()("a byte after the buffer was written");
     }
     Spare(room_).push_back(pages_);
   }
@@ -75,14 +75,14 @@ class GuardedBuffer {
   static constexpr std::size_t kPage = 4096;
   static constexpr std::size_t kZeroBytes = 2;
 
-  // What stands in front of a buffer ends with a zero of either form, which a search that reads
+  // What precedes a buffer ends with a zero of either form, which a search that reads
   // more than it was given must not take for one of the buffer's.
   std::size_t ZerosInFront() const {
     return std::min<std::size_t>(kZeroBytes, data_ - (pages_ + kPage));
   }
 
   static bool IsPattern(const unsigned char* from, const unsigned char* to) {
-    // Each byte equals the one behind it, and one of them the pattern.
+    // Each byte equals the one after it, and one of them the pattern.
     return from == to || (*from == kPattern && std::memcmp(from, from + 1, to - from - 1) == 0);
   }
 

@@ -23,6 +23,9 @@ std::string Uncalled();
 // Lets the controls of host.h see and refuse what the library and the tests ask of the system.
 void WatchOperations();
 
+// Closes what tests have opened.
+void CloseWindows();
+
 // Blocks and keys that they got and did not give back.
 extern volatile LONG livingBlocks, livingKeys, wrongFrees;
 

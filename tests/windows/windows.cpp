@@ -96,6 +96,8 @@ namespace host {
 void Reset() {
   ResetControls();
   for (auto* count : {&windows::livingBlocks, &windows::livingKeys, &windows::wrongFrees}) *count = 0;
+  windows::CloseWindows();
+  RegDeleteValueA(HKEY_CURRENT_USER, "v");
   RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\Brindlex");
 }
 
