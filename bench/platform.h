@@ -1,4 +1,5 @@
-// The platform's operations on strings and blocks that an export calls: recorded once, and made again to be timed.
+// The platform's operations on strings and blocks that an export calls: recorded once, and made
+// again to be timed.
 #ifndef BENCH_PLATFORM_H
 #define BENCH_PLATFORM_H
 

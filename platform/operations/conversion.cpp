@@ -1,5 +1,5 @@
-// Code-page conversion through iconv, without best fit: what has no counterpart is replaced. If the
-// target is too small, it is filled as far as whole characters go, without a terminator.
+// Code-page conversion through iconv and, where that knows no counterpart, the best fit. If the target
+// is too small, it is filled as far as whole characters go, without a terminator.
 #include "conversion.h"
 
 #include <iconv.h>
@@ -9,8 +9,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <type_traits>
 
+#include "best_fit.h"
 #include "codepage.h"
 #include "host.h"
 
@@ -24,25 +24,48 @@ bool IsControlOf(const std::string& charset, unsigned unit) {
          (unit == 0x81 || unit == 0x8D || unit == 0x8F || unit == 0x90 || unit == 0x9D);
 }
 
-// Converts all of a text from or to a set; each unit that stops the conversion is replaced.
+// How many units from the start of a text are no character of the set and go together: a lead byte
+// of code page 932 takes what follows along.
+std::size_t BadLength(std::u16string_view, const std::string&) { return 1; }
+std::size_t BadLength(std::string_view text, const std::string& charset) {
+  const bool isPair = charset == "CP932" && text.size() > 1 && text[1] != 0 &&
+                      IsLeadByte(static_cast<unsigned char>(text[0]));
+  return isPair ? 2 : 1;
+}
+
+// What stands for the units at the start of a text that iconv doesn't convert.
+std::u16string Replace(std::string_view text, const std::string& charset,
+                       Replacement& replacement) {
+  const auto unit = static_cast<unsigned char>(text[0]);
+  if (IsControlOf(charset, unit)) return {unit};
+  replacement.wasUsed = true;
+  return charset == "CP932" ? u"\u30FB" : u"?";
+}
+std::string Replace(std::u16string_view text, const std::string& charset,
+                    Replacement& replacement) {
+  if (IsControlOf(charset, text[0])) return {static_cast<char>(text[0])};
+  const auto fit = BestFit(charset, text[0]);
+  if (fit.empty()) replacement.wasUsed = true;
+  return std::string(fit.empty() ? replacement.text : fit);
+}
+
+// Is no character of any set.
+constexpr char16_t kNoUnit = 0xFFFF;
+
+// Converts all of a text from or to a set; each character that stops the conversion is replaced.
 template <class To, class From>
 std::basic_string<To> Convert(const Converter& converter, const std::string& charset,
                               std::basic_string_view<From> text, Replacement& replacement) {
-  std::string_view left(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(From));
   std::string bytes;
-  for (;;) {
-    left.remove_prefix(converter.Convert(left, bytes));
-    if (left.empty()) break;
-    From unit;
-    std::memcpy(&unit, left.data(), sizeof unit);
-    left.remove_prefix(sizeof unit);
-    if (IsControlOf(charset, static_cast<std::make_unsigned_t<From>>(unit))) {
-      const auto same = static_cast<To>(static_cast<unsigned char>(unit));
-      bytes.append(reinterpret_cast<const char*>(&same), sizeof same);
-      continue;
-    }
-    for (const char each : replacement.text) bytes.append({each, 0}, 0, sizeof(To));
-    replacement.wasUsed = true;
+  const auto take = [&](std::size_t count) { text.remove_prefix(count); };
+  while (!text.empty()) {
+    const std::string_view left(reinterpret_cast<const char*>(text.data()),
+                                text.size() * sizeof(From));
+    take(converter.Convert(left, bytes) / sizeof(From));
+    if (text.empty()) break;
+    const auto other = Replace(text, charset, replacement);
+    bytes.append(reinterpret_cast<const char*>(other.data()), other.size() * sizeof(To));
+    take(BadLength(text, charset));
   }
   std::basic_string<To> result(bytes.size() / sizeof(To), To());
   std::memcpy(result.data(), bytes.data(), bytes.size());
@@ -120,7 +143,11 @@ std::u16string Widen(std::string_view text, const std::string& charset, Replacem
 }
 
 std::string Narrow(std::u16string_view text, const std::string& charset, Replacement& replacement) {
-  return Convert<char>(Converter(charset, "UTF-16LE"), charset, text, replacement);
+  // What iconv converts and the platform doesn't is hidden from it.
+  std::u16string known(text);
+  std::replace_if(
+      known.begin(), known.end(), [&](char16_t unit) { return IsLacking(charset, unit); }, kNoUnit);
+  return Convert<char, char16_t>(Converter(charset, "UTF-16LE"), charset, known, replacement);
 }
 
 std::string CharsetOf(unsigned codePage) { return "CP" + std::to_string(codePage); }

@@ -1,5 +1,5 @@
-// Conversion between character sets, by the names that iconv knows them by. A unit that is not
-// valid in its set, or that has no counterpart in the other one, is replaced.
+// Conversion between character sets, by the names that iconv knows them by. A character that is not
+// valid in its set, or that has neither a counterpart nor a best fit in the other one, is replaced.
 #ifndef PLATFORM_OPERATIONS_CONVERSION_H
 #define PLATFORM_OPERATIONS_CONVERSION_H
 
@@ -10,7 +10,7 @@
 namespace host {
 
 struct Replacement {
-  std::string_view text = "?";  // in the target set; of single-byte characters for wide text
+  std::string_view text = "?";  // for a character of wide text
   bool wasUsed = false;
 };
 

@@ -42,6 +42,52 @@ POINT ClientOrigin(HWND hWnd) {
   return Sum(ClientOrigin(window->hWndParent), inParent);
 }
 
+bool IsPushButton(HWND hWnd) {
+  const auto* const window = Find(hWnd);
+  return window != nullptr && window->isPushButton;
+}
+
+// The button of a dialog that looks like the default: the one of this id, if it does.
+HWND FindDefaultLook(HWND hDlg, int idFirst) {
+  const auto looks = [](HWND hWnd) {
+    return IsPushButton(hWnd) && Find(hWnd)->buttonStyle == BS_DEFPUSHBUTTON;
+  };
+  const HWND hWndFirst = FindItem(hDlg, idFirst);
+  if (looks(hWndFirst)) return hWndFirst;
+  for (const auto& [hWnd, window] : state->desktop.windows) {
+    if (window.hWndParent == hDlg && looks(hWnd)) return hWnd;
+  }
+  return nullptr;
+}
+
+// Moves the look of the default within a dialog, to a push button or to none.
+void MoveDefaultLook(HWND hDlg, int idDefault, HWND hWndNew) {
+  const HWND hWndOld = FindDefaultLook(hDlg, idDefault);
+  if (hWndOld != nullptr) Find(hWndOld)->buttonStyle = BS_PUSHBUTTON;
+  if (hWndNew != nullptr) Find(hWndNew)->buttonStyle = BS_DEFPUSHBUTTON;
+}
+
+int DefaultIdOf(const Window& dialog) { return static_cast<int>(dialog.defaultId & 0xFFFF); }
+
+// Of an id that no control has, the number is remembered all the same.
+LRESULT SetDefaultId(HWND hDlg, Window& dialog, DWORD id) {
+  const HWND hWndNew = FindItem(hDlg, static_cast<int>(id));
+  if (hWndNew != nullptr && !IsPushButton(hWndNew)) return FALSE;
+  MoveDefaultLook(hDlg, DefaultIdOf(dialog), hWndNew);
+  dialog.defaultId = id == 0 ? 0 : DC_HASDEFID << 16 | (id & 0xFFFF);
+  return TRUE;
+}
+
+// The focus goes to a control that can take it. A button with the focus looks like the default; while
+// another control has it, the default itself does.
+void MoveFocus(HWND hDlg, const Window& dialog, HWND hWndNext) {
+  const auto* const next = Find(hWndNext);
+  if (next != nullptr && next->isEnabled) SetFocus(hWndNext);
+  const int idDefault = DefaultIdOf(dialog);
+  if (next != nullptr && !next->isPushButton) hWndNext = FindItem(hDlg, idDefault);
+  MoveDefaultLook(hDlg, idDefault, IsPushButton(hWndNext) ? hWndNext : nullptr);
+}
+
 // What a window does with a message.
 LRESULT Handle(const Message& message) {
   auto* const window = Find(message.hWnd);
@@ -49,21 +95,16 @@ LRESULT Handle(const Message& message) {
   switch (message.uMsg) {
     case DM_GETDEFID:
       return static_cast<LRESULT>(window->defaultId);
-    case DM_SETDEFID: {
-      const DWORD id = message.wParam & 0xFFFF;
-      window->defaultId = id == 0 ? 0 : DC_HASDEFID << 16 | id;
-      return TRUE;
-    }
+    case DM_SETDEFID:
+      return SetDefaultId(message.hWnd, *window, static_cast<DWORD>(message.wParam));
     case BM_SETSTYLE:
-      window->buttonStyle = message.wParam & 0xFFFF;
+      if (window->isPushButton) window->buttonStyle = message.wParam & 0xFFFF;
       return 0;
-    case WM_NEXTDLGCTL: {
-      const auto hWndNext = reinterpret_cast<HWND>(message.wParam);
-      const auto* const next = Find(hWndNext);
-      if (message.lParam != 0 && next != nullptr && next->isEnabled)
-        state->desktop.hWndFocus = hWndNext;
+    case WM_NEXTDLGCTL:
+      if (message.lParam != 0) {
+        MoveFocus(message.hWnd, *window, reinterpret_cast<HWND>(message.wParam));
+      }
       return 0;
-    }
     default:
       return 0;
   }

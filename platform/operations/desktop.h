@@ -16,6 +16,7 @@ struct Window {
   POINT client = {};          // where its own client area starts, from its top left corner
   std::string text = {};
   bool isEnabled = true;
+  bool isPushButton = true;
   UINT buttonStyle = BS_PUSHBUTTON;
   UINT checkState = 0;
   DWORD defaultId = 0;  // of a dialog: its answer to DM_GETDEFID

@@ -1,10 +1,12 @@
-// The six time conversions: years 1601 to 30827, DOS years 1980 to 2107 in steps of two seconds, an
-// odd second being rounded down. A time outside these, or with an invalid field, is refused.
+// The six time conversions: counts below 2^63, dates of the years 1601 to 30827, DOS years 1980 to
+// 2107 in steps of two seconds, an odd second being rounded down. A time outside these, or with an
+// invalid field, is refused.
 // Between local time and UTC every count is converted.
 #include "file_time.h"
 
 #include <chrono>
 #include <cstdint>
+#include <limits>
 #include <optional>
 
 #include "host.h"
@@ -25,7 +27,7 @@ using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
 using Time = std::chrono::sys_time<Ticks>;
 
 constexpr Time kFirst = sys_days{std::chrono::year{1601} / 1 / 1};
-constexpr Time kEnd = sys_days{std::chrono::year{30828} / 1 / 1};
+constexpr int kLastYear = 30827;
 constexpr int kFirstDosYear = 1980;
 constexpr int kLastDosYear = 2107;
 
@@ -35,7 +37,7 @@ std::uint64_t Count(const FILETIME* pft) {
 
 std::optional<Time> Read(const FILETIME* pft) {
   const auto ticks = Count(pft);
-  if (ticks >= static_cast<std::uint64_t>((kEnd - kFirst).count())) return {};
+  if (ticks > std::numeric_limits<std::int64_t>::max()) return {};
   return kFirst + Ticks{static_cast<std::int64_t>(ticks)};
 }
 
@@ -45,7 +47,7 @@ BOOL Store(std::uint64_t ticks, LPFILETIME pft) {
 }
 
 BOOL Store(std::optional<Time> time, LPFILETIME pft) {
-  if (!time || *time < kFirst || *time >= kEnd) return FALSE;
+  if (!time || *time < kFirst) return FALSE;
   return Store(static_cast<std::uint64_t>((*time - kFirst).count()), pft);
 }
 
@@ -99,8 +101,7 @@ void SetTimeSuccess(BOOL result) { state->time.success = result; }
 BOOL UT_API SystemTimeToFileTime(const SYSTEMTIME* lpSystemTime, LPFILETIME lpFileTime) {
   if (host::Fails(__func__, lpSystemTime, lpFileTime)) return FALSE;
   const SYSTEMTIME& st = *lpSystemTime;
-  // Years from 30828 on would not fit the calendar, and are refused.
-  if (st.wYear > 30827) return FALSE;
+  if (st.wYear > host::kLastYear) return FALSE;
   return host::Store(host::Join({st.wYear, st.wMonth, st.wDay, st.wHour, st.wMinute, st.wSecond,
                                  st.wMilliseconds}),
                      lpFileTime);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "codepage.h"
+#include "conversion.h"
 #include "host.h"
 #include "state.h"
 #include "text.h"
@@ -12,7 +13,10 @@ namespace host {
 namespace {
 
 constexpr LONG kErrorBadPathname = 161;
+constexpr LONG kErrorNoAccess = 998;
 constexpr LONG kErrorKeyDeleted = 1018;
+
+constexpr std::size_t kMaxValueNameLength = 16383;
 
 constexpr DWORD kCreatedNewKey = 1;
 constexpr DWORD kOpenedExistingKey = 2;
@@ -117,9 +121,20 @@ LONG DeleteAt(HKEY hKey, std::string_view path) {
   });
 }
 
+// Types whose data are kept as wide text.
+bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ; }
+
+// What comes back of a text that was stored; a terminator that follows the text is stored along.
+std::vector<unsigned char> StoredText(const char* text, std::size_t size) {
+  if (size != 0 && text[size - 1] != 0 && text[size] == 0) ++size;
+  const auto charset = CharsetOf(CodePage());
+  Replacement replacement;
+  const auto stored = Narrow(Widen({text, size}, charset, replacement), charset, replacement);
+  return {stored.begin(), stored.end()};
+}
+
 LONG QueryValue(const RegistryKey& key, LPCSTR pszValueName, LPDWORD pdwType, LPBYTE pData,
                 LPDWORD pcbData) {
-  if (pData != nullptr && pcbData == nullptr) return ERROR_INVALID_PARAMETER;
   const auto found = key.values.find(FoldName(NameOf(pszValueName)));
   if (found == key.values.end()) return ERROR_FILE_NOT_FOUND;
 
@@ -130,6 +145,9 @@ LONG QueryValue(const RegistryKey& key, LPCSTR pszValueName, LPDWORD pdwType, LP
   if (pData == nullptr) return ERROR_SUCCESS;
   if (data.size() > capacity) return ERROR_MORE_DATA;
   std::copy(data.begin(), data.end(), pData);
+  // A text without a terminator gets one where there is space, and its size doesn't count that.
+  if (IsText(type) && !data.empty() && data.back() != 0 && data.size() < capacity)
+    pData[data.size()] = 0;
   return ERROR_SUCCESS;
 }
 
@@ -222,7 +240,12 @@ LONG UT_API RegQueryValueExA(HKEY hKey, LPCSTR pszValueName, LPDWORD pdwReserved
   if (host::Fails(__func__, hKey, pszValueName, pdwReserved, pdwType, pData, pcbData)) {
     return static_cast<LONG>(host::FailureCode());
   }
-  if (pdwReserved != nullptr) return ERROR_INVALID_PARAMETER;
+  if (pdwReserved != nullptr || (pData != nullptr && pcbData == nullptr)) {
+    return ERROR_INVALID_PARAMETER;
+  }
+  // What a failure leaves behind.
+  if (pdwType != nullptr) *pdwType = REG_NONE;
+  if (pData == nullptr && pcbData != nullptr) *pcbData = 0;
   return host::OnKey(hKey, KEY_QUERY_VALUE, [&](const host::KeyPointer& key) {
     return host::QueryValue(*key, pszValueName, pdwType, pData, pcbData);
   });
@@ -233,9 +256,15 @@ LONG UT_API RegSetValueExA(HKEY hKey, LPCSTR pszValueName, DWORD dwReserved, DWO
   if (host::Fails(__func__, hKey, pszValueName, dwReserved, dwType, pData, cbData)) {
     return static_cast<LONG>(host::FailureCode());
   }
-  if (dwReserved != 0 || (pData == nullptr && cbData != 0)) return ERROR_INVALID_PARAMETER;
+  const auto name = host::NameOf(pszValueName);
+  if (dwReserved != 0 || name.size() > host::kMaxValueNameLength) return ERROR_INVALID_PARAMETER;
+  if (pData == nullptr && cbData != 0) return host::kErrorNoAccess;
   return host::OnKey(hKey, KEY_SET_VALUE, [&](const host::KeyPointer& key) -> LONG {
-    host::SetValue(*key, host::NameOf(pszValueName), dwType, {pData, pData + cbData});
+    std::vector<unsigned char> data(pData, pData + cbData);
+    if (host::IsText(dwType)) {
+      data = host::StoredText(reinterpret_cast<const char*>(pData), cbData);
+    }
+    host::SetValue(*key, name, dwType, std::move(data));
     return ERROR_SUCCESS;
   });
 }

@@ -1,62 +1,63 @@
-// Strings in the platform's rules. Two strings compare equal without regard to case if they are the
-// same after every letter was made upper case; the trail byte of a double-byte character is no
-// letter.
+// Strings in the platform's rules. Byte strings are compared as the wide strings that they stand for.
 #include "text.h"
 
-#include <locale.h>
-#include <wctype.h>
-
+#include <algorithm>
 #include <cstring>
 
 #include "codepage.h"
+#include "collation.h"
+#include "conversion.h"
 #include "host.h"
 
 namespace host {
 namespace {
 
-wint_t UpperCase(wint_t unit) {
-  static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-  if (locale == nullptr) return towupper(unit);
-  // A letter that is no other one's lower case, like the dotless i, stays as it is.
-  const wint_t upper = towupper_l(unit, locale);
-  return towlower_l(upper, locale) == unit ? upper : unit;
+// Takes the next character of a string.
+char16_t TakeUnit(LPCSTR& psz) {
+  const auto first = static_cast<unsigned char>(*psz);
+  const std::size_t length = IsLeadByte(first) && psz[1] != 0 ? 2 : 1;
+  const std::string_view character(psz, length);
+  psz += length;
+  Replacement replacement;
+  return first < 0x80 ? first : Widen(character, CharsetOf(CodePage()), replacement).front();
 }
 
-// The bytes 0x80 to 0x9F of code page 1252 that are letters in both cases, lower case first.
-constexpr unsigned char kLetters1252[][2] = {
-    {0x9A, 0x8A}, {0x9C, 0x8C}, {0x9E, 0x8E}, {0xFF, 0x9F}};
-
-unsigned UpperCaseByte(unsigned char byte) {
-  if (byte >= 'a' && byte <= 'z') return byte - 0x20u;
-  if (CodePage() != 1252) return byte;
-  for (const auto& letter : kLetters1252) {
-    if (byte == letter[0]) return letter[1];
-  }
-  const bool isLatin1Letter = byte >= 0xE0 && byte != 0xF7;
-  return isLatin1Letter ? byte - 0x20u : byte;
-}
-
-// Takes the next character of a byte string as one number.
-unsigned TakeCharacter(LPCSTR& psz, bool ignoreCase) {
-  const auto first = static_cast<unsigned char>(*psz++);
-  if (IsLeadByte(first) && *psz != 0) return first * 256u + static_cast<unsigned char>(*psz++);
-  return ignoreCase ? UpperCaseByte(first) : first;
-}
-
-unsigned TakeCharacter(LPCWSTR& psz, bool ignoreCase) {
+char16_t TakeUnit(LPCWSTR& psz) {
   WCHAR unit;
   // A wide string may stand at an odd address.
   std::memcpy(&unit, static_cast<const void*>(psz), sizeof unit);
   ++psz;
-  return ignoreCase ? UpperCase(unit) : unit;
+  return unit;
 }
+
+// The units that a string is compared by, one after another and then zeros.
+template <class Pointer>
+class Spellings {
+ public:
+  Spellings(Pointer psz, bool ignoreCase) : psz_(psz), ignoreCase_(ignoreCase) {}
+
+  char16_t Next() {
+    while (next_ == units_.size()) {
+      units_ = Spelled(TakeUnit(psz_));
+      next_ = 0;
+    }
+    const char16_t unit = units_[next_++];
+    return ignoreCase_ ? UpperCase(unit) : unit;
+  }
+
+ private:
+  Pointer psz_;
+  bool ignoreCase_;
+  std::u16string units_;
+  std::size_t next_ = 0;
+};
 
 // Only the sign of the result counts; its low 16 bits are zero at all times.
 template <class Pointer>
 int Compare(Pointer psz1, Pointer psz2, bool ignoreCase) {
+  Spellings first(psz1, ignoreCase), second(psz2, ignoreCase);
   for (;;) {
-    const unsigned c1 = TakeCharacter(psz1, ignoreCase);
-    const unsigned c2 = TakeCharacter(psz2, ignoreCase);
+    const unsigned c1 = first.Next(), c2 = second.Next();
     if (c1 != c2) return c1 < c2 ? -0x10000 : 0x10000;
     if (c1 == 0) return 0;
   }
@@ -65,13 +66,10 @@ int Compare(Pointer psz1, Pointer psz2, bool ignoreCase) {
 }  // namespace
 
 std::string FoldName(std::string_view name) {
-  std::string folded(name);
-  for (std::size_t at = 0, length = 0; at < folded.size(); at += length) {
-    length = CharacterLength(folded, at);
-    if (length > 1) continue;
-    folded[at] = static_cast<char>(UpperCaseByte(static_cast<unsigned char>(folded[at])));
-  }
-  return folded;
+  Replacement replacement;
+  auto wide = Widen(name, CharsetOf(CodePage()), replacement);
+  std::transform(wide.begin(), wide.end(), wide.begin(), UpperCase);
+  return Narrow(wide, "UTF-8", replacement);
 }
 
 }  // namespace host

@@ -7,7 +7,7 @@
 
 namespace host {
 
-// The name in upper case: two names are the same if this is.
+// The name in upper case and UTF-8: two names are the same if this is.
 std::string FoldName(std::string_view name);
 
 }  // namespace host

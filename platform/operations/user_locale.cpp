@@ -5,6 +5,7 @@
 #include <langinfo.h>
 #include <locale.h>
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 
@@ -59,7 +60,9 @@ std::optional<std::string> Find(const Locale& locale, LCTYPE type) {
   if (type == LOCALE_ITIME) return HasTwelveHours(locale.Get(T_FMT)) ? "0" : "1";
   for (const auto& run : kNames) {
     if (type - run.first >= run.count) continue;
-    return locale.Get(run.item + static_cast<nl_item>((type - run.first + run.shift) % run.count));
+    const auto item = static_cast<nl_item>((type - run.first + run.shift) % run.count);
+    const auto name = locale.Get(run.item + item);
+    return name.substr(std::min(name.find_first_not_of(' '), name.size()));
   }
   return {};
 }
@@ -86,7 +89,7 @@ int UT_API GetLocaleInfoA(DWORD Locale, LCTYPE LCType, LPSTR lpLCData, int cchDa
   if (Locale != LOCALE_USER_DEFAULT || !text) return 0;
   const auto needed = static_cast<int>(text->size() + 1);
   if (cchData == 0) return needed;
-  if (cchData < needed || lpLCData == nullptr) return 0;
-  std::memcpy(lpLCData, text->c_str(), text->size() + 1);
-  return needed;
+  if (cchData < 0 || lpLCData == nullptr) return 0;
+  std::memcpy(lpLCData, text->c_str(), static_cast<std::size_t>(std::min(cchData, needed)));
+  return cchData < needed ? 0 : needed;
 }

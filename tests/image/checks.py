@@ -180,7 +180,7 @@ def size(release):
 # A digest stands for the time, and the symbols are named without a folder.
 @check("the symbols are those of this DLL, named without a folder")
 def symbols_named(release):
-    entries = release.image.pe.DIRECTORY_ENTRY_DEBUG
+    entries = release.image.parsed("DEBUG")
     views = [entry.entry for entry in entries if entry.struct.Type == 2]
     yield from unequal(
         "names of symbols", [view.PdbFileName.rstrip(b"\0") for view in views], [b"TAVKIT.pdb"]
@@ -195,7 +195,7 @@ def symbols_named(release):
 
 @check("neither time nor folder of the build stands in the release")
 def anonymous(release):
-    entries = release.image.pe.DIRECTORY_ENTRY_DEBUG
+    entries = release.image.parsed("DEBUG")
     yield from unequal("kinds of debug data", [entry.struct.Type for entry in entries], [2, 16])
     times = {entry.struct.TimeDateStamp for entry in entries} | {release.image.pe.FILE_HEADER.TimeDateStamp}
     yield from unequal("digests", len(times), 1)
@@ -408,7 +408,7 @@ def version(release):
     pe = release.image.pe
     kinds = [
         (kind.id, sum(1 for name in kind.directory.entries for _ in name.directory.entries))
-        for kind in pe.DIRECTORY_ENTRY_RESOURCE.entries
+        for kind in release.image.parsed("RESOURCE").entries
     ]
     yield from unequal("resources", kinds, [(pefile.RESOURCE_TYPE["RT_VERSION"], 1)])
     (fixed,) = pe.VS_FIXEDFILEINFO

@@ -328,7 +328,7 @@ def _(victim):
 
 @fault(ANONYMOUS, "no mark of a repeatable build")
 def _(victim):
-    victim.change(victim.image.pe.DIRECTORY_ENTRY_DEBUG[1].struct, "Type", "I", lambda kind: 13)
+    victim.change(victim.image.parsed("DEBUG")[1].struct, "Type", "I", lambda kind: 13)
 
 
 @fault(ANONYMOUS, "a folder in the symbols")

@@ -116,12 +116,6 @@ class Image:
     def __init__(self, data, width, symbols=()):
         self.data, self.width = bytes(data), width
         self.pe = pefile.PE(data=self.data, fast_load=True)
-        self.pe.parse_data_directories(
-            [
-                pefile.DIRECTORY_ENTRY[f"IMAGE_DIRECTORY_ENTRY_{name}"]
-                for name in ("IMPORT", "RESOURCE", "DEBUG", "LOAD_CONFIG")
-            ]
-        )
         self.header = self.pe.OPTIONAL_HEADER
         self.base = self.header.ImageBase
         self.functions_named = tuple(symbols)
@@ -140,6 +134,12 @@ class Image:
 
     def directory(self, name):
         return self.header.DATA_DIRECTORY[pefile.DIRECTORY_ENTRY[f"IMAGE_DIRECTORY_ENTRY_{name}"]]
+
+    @functools.cache
+    def parsed(self, name):
+        """A directory as pefile reads it."""
+        self.pe.parse_data_directories(pefile.DIRECTORY_ENTRY[f"IMAGE_DIRECTORY_ENTRY_{name}"])
+        return getattr(self.pe, f"DIRECTORY_ENTRY_{name}", [])
 
     def bytes_at(self, rva, size):
         """Bytes of the mapped image, or too few of them where it ends."""
@@ -196,7 +196,7 @@ class Image:
                 module.dll.decode(),
                 operation.name.decode() if operation.name else f"#{operation.ordinal}",
             ): operation.address
-            for module in getattr(self.pe, "DIRECTORY_ENTRY_IMPORT", [])
+            for module in self.parsed("IMPORT")
             for operation in module.imports
         }
 
@@ -218,7 +218,19 @@ class Image:
 
     @functools.cached_property
     def record(self):
-        return self.pe.DIRECTORY_ENTRY_LOAD_CONFIG.struct
+        """The load-configuration record, with the names that its fields have in <winnt.h>."""
+        directory = self.directory("LOAD_CONFIG")
+        form = (
+            self.pe.__IMAGE_LOAD_CONFIG_DIRECTORY64_format__
+            if self.width.word == 8
+            else self.pe.__IMAGE_LOAD_CONFIG_DIRECTORY_format__
+        )
+        offset = self.pe.get_offset_from_rva(directory.VirtualAddress)
+        record = pefile.Structure(form, file_offset=offset)
+        record.__unpack__(
+            self.bytes_at(directory.VirtualAddress, record.sizeof()).ljust(record.sizeof(), b"\0")
+        )
+        return record
 
     @functools.cached_property
     def guard_targets(self):

@@ -25,9 +25,10 @@ constexpr DWORD kBadData = ERROR_INVALID_DATA, kMoreData = ERROR_MORE_DATA;
 constexpr DWORD kMissing = ERROR_FILE_NOT_FOUND, kBad = ERROR_INVALID_PARAMETER;
 constexpr BOOL kOwn = 0x55000000;  // a default that is no stored value, in its high byte only
 
+// No zero follows the data: the platform would take it for a text's terminator and store it along.
 void Put(const char* path, const char* name, DWORD type, const std::string& data) {
-  const auto stored = data + 'x';  // the platform takes a zero that follows a text along
-  ASSERT_EQ(utRegSetValue(kUser, path, name, type, stored.data(), data.size(), 1), 0u);
+  const auto followed = data + "x";
+  ASSERT_EQ(utRegSetValue(kUser, path, name, type, followed.data(), data.size(), 1), 0u);
 }
 
 // The platform's registry calls of a piece of work, each argument by its name, as a small number,
@@ -53,7 +54,8 @@ std::string Calls(const std::function<void()>& work, const Names& names = {}) {
 
 TEST(RegistryValues, ReachThePlatformAsTheyCome) {
   const HKEY u = kUser;
-  const char sub[] = "Software\\Brindlex", v[] = "v", none[] = "Software\\Brindlex\\none", empty[] = "";
+  const char sub[] = "Software\\Brindlex", v[] = "v", none[] = "Software\\Brindlex\\none",
+             empty[] = "";
   DWORD t, n;
   char d[2] = {};
   HKEY key = nullptr;
@@ -163,10 +165,10 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
                  std::string written; } rows[] = {
       {kSz, "text\0"s, "dflt", 8, 0, "text\0"s}, {kSz, "text\0"s, "dflt", 5, 0, "text\0"s},
       {kSz, "text\0"s, "dflt", 4, kMoreData, "dfl\0"s}, {kSz, "text\0"s, "dflt", 1, kMoreData, "\0"s},
-      {kSz, "text\0"s, "dflt", 0, kMoreData, ""}, {kSz, "a\0b"s, "dflt", 3, 0, "a\0b"s},
+      {kSz, "text\0"s, "dflt", 0, kMoreData, ""}, {kSz, "a\0b"s, "dflt", 8, 0, "a\0b\0"s},
       {kSz, "longer than 8\0"s, "dflt", 8, kMoreData, "dflt\0\0"s},
       {kSz, "longer than 8\0"s, nullptr, 8, kMoreData, "\0"s},
-      {kSz, "", "dflt", 8, 0, ""}, {kSz, "", "dflt", 0, 0, ""}, {kSz, "ab", "dflt", 2, 0, "ab"},
+      {kSz, "", "dflt", 8, 0, ""}, {kSz, "", "dflt", 0, 0, ""}, {kSz, "ab", "dflt", 8, 0, "ab\0"s},
       {kSz, "abcdefgh", "dflt", 8, 0, "abcdefgh"}, {kDword, "\1\2\3\4", "d", 8, kBadData, "d\0\0\4"s},
       {kDword, "\1\2\3\4", nullptr, 8, kBadData, "\0\2\3\4"s},
       {kExpand, "text\0"s, "defaults", 8, kBadData, "default\0"s},
@@ -196,13 +198,13 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
       ASSERT_EQ(buffer.Bytes(), expected);
     }
   }
-  GuardedBuffer buffer(6);
-  Put(kPath, "v", REG_SZ, "store\0"s);
-  for (const auto& [name, length] : {std::pair("v", 5u), {"none", 4u}}) {
+  GuardedBuffer buffer(7);  // one byte for the terminator that the platform adds
+  Put(kPath, "v", REG_SZ, "stored");
+  for (const auto& [name, length] : {std::pair("v", 6u), {"none", 4u}}) {
     auto* psz = buffer.As<char>();
     EXPECT_EQ(utRegGetPrivateUserString("sec", name, "dflt", psz, ~0u, "prod"), length);
   }
-  EXPECT_EQ(buffer.Bytes(), test::BytesOf("dflt"s, 2));
+  EXPECT_EQ(buffer.Bytes(), test::BytesOf("dflt"s, 3));
 }
 
 TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
