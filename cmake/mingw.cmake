@@ -29,21 +29,23 @@ add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL SYSTEM)
 # The tests of the controls themselves stay with the platform layer.
 file(GLOB library_tests CONFIGURE_DEPENDS tests/library/*.cpp)
 list(FILTER library_tests EXCLUDE REGEX "/(dialog|faults)_test.cpp$")
-file(GLOB windows_sources CONFIGURE_DEPENDS tests/windows/*.cpp)
-add_library(tests_on_windows OBJECT ${library_tests} ${windows_sources} tests/support/main.cpp
-                                    platform/operations/host.cpp)
+file(GLOB windows_sources CONFIGURE_DEPENDS platform/windows/*.cpp)
+add_library(tests_on_windows OBJECT ${library_tests} ${windows_sources} platform/operations/host.cpp
+                                    tests/support/main.cpp tests/support/windows.cpp)
 add_dependencies(tests_on_windows tables)
 target_link_libraries(tests_on_windows PUBLIC gtest gmock)
-target_include_directories(tests_on_windows PUBLIC tests/windows include tests platform/operations
+target_include_directories(tests_on_windows PUBLIC platform/windows platform/operations include tests
                                                    ${generated})
+target_compile_definitions(tests_on_windows PRIVATE TAVKIT_PREFERRED_ADDRESS=${preferred})
 target_compile_options(tests_on_windows PRIVATE -Wno-attributes)
 target_precompile_headers(tests_on_windows PRIVATE <gmock/gmock.h> <gtest/gtest.h> <tavkit.h>)
 
 function(test_program name library)
-  add_executable(${name} tests/windows/strings.rc)
+  add_executable(${name} platform/windows/strings.rc)
   target_link_libraries(${name} PRIVATE tests_on_windows ${release}/lib/${library}.lib)
   target_link_options(${name} PRIVATE -static ${ARGN})
-  set_target_properties(${name} PROPERTIES LINK_DEPENDS ${release}/lib/${library}.lib)
+  set_target_properties(${name} PROPERTIES LINK_DEPENDS
+                        "${release}/lib/${library}.lib;${release}/bin/TAVKIT.DLL")
   add_custom_command(TARGET ${name} POST_BUILD COMMAND ${CMAKE_COMMAND} -E copy_if_different
                      ${release}/bin/TAVKIT.DLL $<TARGET_FILE_DIR:${name}>)
 endfunction()

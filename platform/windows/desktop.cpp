@@ -4,8 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "imports.h"
-#include "support/surroundings.h"
+#include "windows_system.h"
 
 namespace {
 
@@ -78,7 +77,7 @@ unsigned RunMessages() {
 void SetString(HINSTANCE hModule, UINT idString, std::string text) {
   char there[64] = "";
   LoadStringA(hModule, idString, there, sizeof there);
-  if (text != there) test::StayOnHostLayer("string resources made at run time");
+  if (text != there) windows::onMissingControl("string resources made at run time");
 }
 
 }  // namespace host
