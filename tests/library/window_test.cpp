@@ -37,12 +37,12 @@ TEST(Windows, MoveAndGrowByDifferences) {
 TEST(Windows, TakeTheirTextsFromResources) {
   const HWND hDlg = host::AddWindow({});
   const HWND hWnd = host::AddWindow({.hWndParent = hDlg, .id = 5, .text = "old"});
-  host::SetString(nullptr, 5, "text");
-  EXPECT_EQ(utSetDlgItemStringRes(hDlg, 5, nullptr, 6), 0);
+  host::SetString(nullptr, 5, "plain");
+  EXPECT_EQ(utSetDlgItemStringRes(hDlg, 5, nullptr, 7), 0);
   EXPECT_EQ(host::WindowOf(hWnd).text, "old");
   EXPECT_NE(utSetDlgItemStringRes(hDlg, 5, nullptr, 5), 0);
   EXPECT_NE(utSetWindowStringRes(hDlg, nullptr, 5), 0);
-  for (const HWND hWndChanged : {hDlg, hWnd}) EXPECT_EQ(host::WindowOf(hWndChanged).text, "text");
+  for (const HWND hWndChanged : {hDlg, hWnd}) EXPECT_EQ(host::WindowOf(hWndChanged).text, "plain");
 }
 
 TEST(Windows, HandOnDefaultAndFocus) {
