@@ -144,9 +144,9 @@ DWORD UT_API utRegGetValueBool(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName,
  * Writes a text, as REG_SZ with its terminator.
  *
  * @param hKey, pszSubKey, pszValueName the value.
- * @param pszText the text; NULL writes an empty one.
+ * @param pszText the text; NULL writes an empty one. One of more bytes than 32 bits count is refused.
  * @param fCreate non-zero to make a key that isn't there.
- * @return the result of utRegSetValue.
+ * @return the result of utRegSetValue; ERROR_INVALID_PARAMETER for a text that was refused.
  */
 UT_EXPORT(113)
 DWORD UT_API utRegSetValueString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPCSTR pszText,

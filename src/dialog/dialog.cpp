@@ -30,7 +30,7 @@ void UT_API utSetDlgButtonAsDefault(HWND hDlg, INT idNew, INT idOld) {
 
 BOOL UT_API utDisableDlgDefButton(HWND hDlg, INT idButton, INT idFocus, INT idDefault) {
   const HWND hWndButton = GetDlgItem(hDlg, idButton);
-  if (!IsWindowEnabled(hWndButton)) return 0;
+  if (!IsWindowEnabled(hWndButton)) return FALSE;
   if (idDefault != 0 && IsDefault(idButton, utGetDlgDefButton(hDlg))) {
     utSetDlgButtonAsDefault(hDlg, idDefault, idButton);
   }

@@ -38,7 +38,7 @@ using namespace tavkit;
 
 BOOL UT_API utGetChildRect(HWND hWnd, LPRECT lpRect) {
   const BOOL isRead = GetWindowRect(hWnd, lpRect);
-  if (isRead == 0) return 0;
+  if (isRead == 0) return FALSE;
   const HWND hWndParent = GetParent(hWnd);
   auto* const pCorners = reinterpret_cast<LPPOINT>(lpRect);
   ScreenToClient(hWndParent, pCorners);

@@ -31,36 +31,32 @@ Char<Text>* NextAsciiz(const Char<Text>* pszString) {
 template <class Text>
 DWORD UT_API StringCount(const Char<Text>* pList) {
   if (pList == nullptr) return 0;
-  if (!IsCut<Text>(pList)) return CountZeros<Text>(pList, FindFinalZero<Text>(pList));
-  DWORD count = 0;
-  ZeroUnits<Text> zeros(pList);
-  for (const Char<Text>* pEnd; (pEnd = zeros.Next()) != pList; pList = pEnd + 1) ++count;
-  return count;
-}
-
-// The size of a string that isn't empty, with its terminator. Where the platform counts nothing it
-// has failed, and no buffer is large enough.
-template <class Text>
-DWORD MemberSize(const Char<Text>* pszString) {
-  const DWORD cbString = StringSize<Text>(pszString, true);
-  return cbString == Text::kUnit ? kUncountable : cbString;
+  if constexpr (Text::kMayBeCut) {
+    if (IsCut<Text>(pList)) {
+      DWORD count = 0;
+      ZeroUnits<Text> zeros(pList);
+      for (const Char<Text>* pEnd; (pEnd = zeros.Next()) != pList; pList = pEnd + 1) ++count;
+      return count;
+    }
+  }
+  return CountZeros<Text>(pList, FindFinalZero<Text>(pList));
 }
 
 template <class Text>
 BOOL UT_API CopyNextAsciiz(const Char<Text>* pszString, Char<Text>*& pCursor, DWORD& cbRemaining) {
-  if (pCursor == nullptr) return false;
+  if (pCursor == nullptr) return FALSE;
   if (IsNullOrEmpty<Text>(pszString)) {
-    if (cbRemaining < Text::kUnit) return false;
+    if (cbRemaining < Text::kUnit) return FALSE;
     Text::Store(pCursor, 0);
-    return true;
+    return TRUE;
   }
-  const DWORD cbString = MemberSize<Text>(pszString);
-  if (!Fits(AddSizes(cbString, Text::kUnit), cbRemaining)) return false;
+  const DWORD cbString = SizeToCopy<Text>(pszString);
+  if (!Fits(AddSizes(cbString, Text::kUnit), cbRemaining)) return FALSE;
   Text::Copy(pCursor, pszString, cbString);
   pCursor = AddBytes(pCursor, cbString);
   Text::Store(pCursor, 0);
   cbRemaining -= cbString;
-  return true;
+  return TRUE;
 }
 
 // Adds a string that isn't empty to a list whose end is known.
@@ -75,7 +71,7 @@ bool AppendAtEnd(const Char<Text>* pszString, const Char<Text>* pList, Char<Text
 
 template <class Text>
 BOOL UT_API AppendMultiAsciiz(const Char<Text>* pszString, Char<Text>* pList, DWORD cbList) {
-  if (IsNullOrEmpty<Text>(pszString)) return true;
+  if (IsNullOrEmpty<Text>(pszString)) return TRUE;
   return AppendAtEnd<Text>(pszString, pList, FindFinalZero<Text>(pList), cbList);
 }
 
@@ -93,30 +89,30 @@ Char<Text>* UT_API ScanMultiAsciiz(const Char<Text>* pszString, const Char<Text>
 template <class Text>
 BOOL UT_API InsertMultiAsciiz(const Char<Text>* pszString, Char<Text>* pInsertAt, Char<Text>* pList,
                               DWORD cbList) {
-  if (pInsertAt == nullptr) return false;
-  if (IsNullOrEmpty<Text>(pszString)) return true;
-  if (pList == nullptr) return false;
+  if (pInsertAt == nullptr) return FALSE;
+  if (IsNullOrEmpty<Text>(pszString)) return TRUE;
+  if (pList == nullptr) return FALSE;
 
   Char<Text>* pEnd = FindFinalZero<Text>(pList);
   const size_t cbFull = ByteDistance(pList, pEnd) + Text::kUnit;
   const size_t cbHead = ByteDistance(pList, pInsertAt);
-  if (cbHead >= cbFull) return false;
+  if (cbHead >= cbFull) return FALSE;
   const size_t cbTail = cbFull - cbHead;
   if (cbTail <= 2 * Text::kUnit) return AppendAtEnd<Text>(pszString, pList, pEnd, cbList);
 
-  const DWORD cbString = MemberSize<Text>(pszString);
-  if (!Fits(AddSizes(CountedSize(cbFull), cbString), cbList)) return false;
+  const DWORD cbString = SizeToCopy<Text>(pszString);
+  if (!Fits(AddSizes(CountedSize(cbFull), cbString), cbList)) return FALSE;
   MoveBytes(AddBytes(pInsertAt, cbString), pInsertAt, cbTail);
   // A member of the list that stands in the tail has just moved with it.
   const bool hasMoved = ByteDistance(pInsertAt, pszString) < cbTail;
   MoveBytes(pInsertAt, AddBytes(pszString, hasMoved ? cbString : 0), cbString);
-  return true;
+  return TRUE;
 }
 
 template <class Text>
 BOOL UT_API RemoveMultiAsciiz(Char<Text>* pList, DWORD cStrings) {
-  if (cStrings == 0) return true;
-  if (IsNullOrEmpty<Text>(pList)) return false;
+  if (cStrings == 0) return TRUE;
+  if (IsNullOrEmpty<Text>(pList)) return FALSE;
   const Char<Text>* pRest = pList;
   ZeroUnits<Text> zeros(pList);
   for (const Char<Text>* pEnd; cStrings != 0 && (pEnd = zeros.Next()) != pRest; --cStrings) {

@@ -84,7 +84,7 @@ uintptr_t FindEndStride(uintptr_t stride) {
 // The first zero unit of a list that follows a zero unit; the list's start counts as preceded by
 // one. Not inlined: it is large, a list is walked by it once, and seven operations call it.
 template <class Text>
-__attribute__((noinline)) Char<Text>* FindFinalZero(const Char<Text>* pList) {
+[[gnu::noinline]] Char<Text>* FindFinalZero(const Char<Text>* pList) {
   constexpr DWORD kRun = 2 * Text::kUnit;
   ZeroWindow<Text> window(pList, Text::kUnit);
   DWORD runEnds = window.template RunEnds<kRun>();

@@ -1,16 +1,16 @@
 #include "registry/key_path.h"
 
-#include <win32.h>
-
-#include "frame/buffer_size.h"
+#include "strings/strings.h"
 
 namespace tavkit {
 namespace {
 
-DWORD LengthWithPart(DWORD length, LPCSTR pszPart) {
-  if (pszPart == nullptr) return length;
-  if (length != 0) length = AddSizes(length, sizeof(CHAR));
-  return AddSizes(length, static_cast<DWORD>(lstrlenA(pszPart)));
+// The size of a path with one more part; its terminator is in it at all times.
+DWORD SizeWithPart(DWORD size, LPCSTR pszPart) {
+  if (pszPart == nullptr) return size;
+  const DWORD cbPart = SizeToCopy<ByteText>(pszPart);
+  // After another part, the place of one of the two terminators is the backslash's.
+  return size == sizeof(CHAR) ? cbPart : AddSizes(size, cbPart);
 }
 
 void AppendPart(LPSTR pszPath, LPCSTR pszPart) {
@@ -22,8 +22,7 @@ void AppendPart(LPSTR pszPath, LPCSTR pszPart) {
 }  // namespace
 
 DWORD utRegJoinPathSize(LPCSTR pszFirst, LPCSTR pszSecond, LPCSTR pszThird) {
-  const DWORD length = LengthWithPart(LengthWithPart(0, pszFirst), pszSecond);
-  return AddSizes(LengthWithPart(length, pszThird), sizeof(CHAR));
+  return SizeWithPart(SizeWithPart(SizeWithPart(sizeof(CHAR), pszFirst), pszSecond), pszThird);
 }
 
 BOOL utRegJoinPath(LPSTR pszPath, DWORD cbPath, LPCSTR pszFirst, LPCSTR pszSecond,

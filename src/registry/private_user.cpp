@@ -34,6 +34,7 @@ class PrivatePath {
 DWORD TextLength(LPCSTR pszText, DWORD cbBuffer, DWORD cbFilled) {
   const DWORD cbSearched = cbBuffer == UT_SIZE_UNCHECKED ? cbFilled : cbBuffer;
   for (DWORD i = 0; i < cbSearched; ++i) {
+    // The platform's measure is the result; it looks for the zero without a bound.
     if (pszText[i] == 0) return static_cast<DWORD>(lstrlenA(pszText));
   }
   return cbFilled;

@@ -5,7 +5,7 @@
 #include <tavkit/strings.h>
 #include <win32.h>
 
-#include "frame/memory.h"
+#include "strings/strings.h"
 
 namespace tavkit {
 namespace {
@@ -106,8 +106,9 @@ DWORD UT_API utRegGetValueBool(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName,
 DWORD UT_API utRegSetValueString(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, LPCSTR pszText,
                                  BOOL fCreate) {
   if (pszText == nullptr) pszText = "";
-  return utRegSetValue(hKey, pszSubKey, pszValueName, REG_SZ, pszText, utStringSize(pszText, TRUE),
-                       fCreate);
+  const DWORD cbText = SizeToCopy<ByteText>(pszText);
+  if (cbText == kUncountable) return ERROR_INVALID_PARAMETER;
+  return utRegSetValue(hKey, pszSubKey, pszValueName, REG_SZ, pszText, cbText, fCreate);
 }
 
 DWORD UT_API utRegSetValueDword(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName, DWORD dwValue,

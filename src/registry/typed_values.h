@@ -1,4 +1,4 @@
-// Typed values, for the floor above.
+// Typed values, for the layer above.
 #ifndef TAVKIT_REGISTRY_TYPED_VALUES_H
 #define TAVKIT_REGISTRY_TYPED_VALUES_H
 

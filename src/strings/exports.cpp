@@ -27,21 +27,26 @@ Tail<CHAR> ByteText::FindTail(const Char* psz) {
 
 LPSTR UT_API utCharNext(LPCSTR psz) { return CharNext<ByteText>(psz); }
 LPWSTR UT_API utCharNextW(LPCWSTR psz) { return CharNext<WideText>(psz); }
+
 LPSTR UT_API utCharPrev(LPCSTR pszStart, LPCSTR pszCurrent) {
   return CharPrev<ByteText>(pszStart, pszCurrent);
 }
 LPWSTR UT_API utCharPrevW(LPCWSTR pszStart, LPCWSTR pszCurrent) {
   return CharPrev<WideText>(pszStart, pszCurrent);
 }
+
 LPSTR UT_API utCharLast(LPCSTR psz) { return CharLast<ByteText>(psz); }
 LPWSTR UT_API utCharLastW(LPCWSTR psz) { return CharLast<WideText>(psz); }
+
 LPSTR UT_API utCharNull(LPCSTR psz) { return ScanEnd<ByteText>(psz); }
 LPWSTR UT_API utCharNullW(LPCWSTR psz) { return ScanEnd<WideText>(psz); }
 
 LPSTR UT_API utFindChar(LPCSTR psz, WORD wChar) { return FindChar<ByteText>(psz, wChar); }
 LPWSTR UT_API utFindCharW(LPCWSTR psz, WORD wChar) { return FindChar<WideText>(psz, wChar); }
+
 LPSTR UT_API utFindRevChar(LPCSTR psz, WORD wChar) { return FindRevChar<ByteText>(psz, wChar); }
 LPWSTR UT_API utFindRevCharW(LPCWSTR psz, WORD wChar) { return FindRevChar<WideText>(psz, wChar); }
+
 LPSTR UT_API utTruncateAtChar(LPSTR psz, WORD wChar) {
   return TruncateAtChar<ByteText>(psz, wChar);
 }
@@ -53,10 +58,12 @@ LPSTR UT_API utSkipLeadChar(LPCSTR psz, WORD wChar) { return SkipLeadChar<ByteTe
 LPWSTR UT_API utSkipLeadCharW(LPCWSTR psz, WORD wChar) {
   return SkipLeadChar<WideText>(psz, wChar);
 }
+
 DWORD UT_API utCountLeadChar(LPCSTR psz, WORD wChar) { return CountLeadChar<ByteText>(psz, wChar); }
 DWORD UT_API utCountLeadCharW(LPCWSTR psz, WORD wChar) {
   return CountLeadChar<WideText>(psz, wChar);
 }
+
 BOOL UT_API utTrimChar(LPSTR psz, WORD wChar, WORD wFlags) {
   return TrimChar<ByteText>(psz, wChar, wFlags);
 }
@@ -70,6 +77,7 @@ DWORD UT_API utStringSize(LPCSTR psz, BOOL fWithTerminator) {
 DWORD UT_API utStringSizeW(LPCWSTR psz, BOOL fWithTerminator) {
   return StringSize<WideText>(psz, fWithTerminator != 0);
 }
+
 BOOL UT_API utIsNullOrEmptyString(LPCSTR psz) { return IsNullOrEmpty<ByteText>(psz); }
 BOOL UT_API utIsNullOrEmptyStringW(LPCWSTR psz) { return IsNullOrEmpty<WideText>(psz); }
 
@@ -79,12 +87,14 @@ BOOL UT_API utCopyMakeAsciiz(LPCVOID pSource, DWORD cbSource, LPSTR pszDest, DWO
 BOOL UT_API utCopyMakeAsciizW(LPCVOID pSource, DWORD cbSource, LPWSTR pszDest, DWORD cbDest) {
   return CopyMakeAsciiz<WideText>(pSource, cbSource, pszDest, cbDest);
 }
+
 BOOL UT_API utCopyString(LPCSTR pszSource, LPSTR pszDest, DWORD cbDest) {
   return CopyString<ByteText>(pszSource, pszDest, cbDest);
 }
 BOOL UT_API utCopyStringW(LPCWSTR pszSource, LPWSTR pszDest, DWORD cbDest) {
   return CopyString<WideText>(pszSource, pszDest, cbDest);
 }
+
 BOOL UT_API utCopyNonNullString(LPCSTR pszSource, LPSTR pszDest, DWORD cbDest) {
   return CopyNonNullString<ByteText>(pszSource, pszDest, cbDest);
 }

@@ -111,7 +111,7 @@ uintptr_t FirstStop(const void* p, const Stops& stops) {
   return near != 0 ? AddressOf(p) + LowestBit(near) : ScanAfter(hit.block, stops).First();
 }
 
-// The units of a text at an odd address are cut by the blocks; bytes never are.
+// Whether the units of a text are cut by the blocks. Bytes never are.
 template <class Text>
 bool IsCut(const Char<Text>* psz) {
   return AddressOf(psz) % Text::kUnit != 0;
@@ -119,9 +119,13 @@ bool IsCut(const Char<Text>* psz) {
 
 template <class Text, class Stops>
 Char<Text>* Scan(const Char<Text>* psz, const Stops& stops) {
-  if (!IsCut<Text>(psz)) return reinterpret_cast<Char<Text>*>(FirstStop(psz, stops));
-  while (!stops.Is(Text::Load(psz))) ++psz;
-  return const_cast<Char<Text>*>(psz);
+  if constexpr (Text::kMayBeCut) {
+    if (IsCut<Text>(psz)) {
+      while (!stops.Is(Text::Load(psz))) ++psz;
+      return const_cast<Char<Text>*>(psz);
+    }
+  }
+  return reinterpret_cast<Char<Text>*>(FirstStop(psz, stops));
 }
 
 // As FindEnd, in the caller's own code.
@@ -142,8 +146,19 @@ Char<Text>* UT_API FindChar(const Char<Text>* psz, WORD wChar) {
   return Text::Load(pszStop) == wSought ? pszStop : nullptr;
 }
 
+// The last match, the terminator included; NULL if there is none.
 template <class Text>
-Char<Text>* FindLastInBlocks(const Char<Text>* psz, WORD wSought) {
+Char<Text>* UT_API FindRevChar(const Char<Text>* psz, WORD wChar) {
+  const WORD wSought = Text::Sought(wChar);
+  if constexpr (Text::kMayBeCut) {
+    if (IsCut<Text>(psz)) {
+      const Char<Text>* pszFound = nullptr;
+      for (;; ++psz) {
+        if (Text::Load(psz) == wSought) pszFound = psz;
+        if (Text::Load(psz) == 0) return const_cast<Char<Text>*>(pszFound);
+      }
+    }
+  }
   const UnitOrTerminator<Text> stops(wSought);
   uintptr_t found = 0;
   Hit hit = LookAt(BlockOf(psz), stops);
@@ -158,25 +173,15 @@ Char<Text>* FindLastInBlocks(const Char<Text>* psz, WORD wSought) {
   }
 }
 
-// The last match, the terminator included; NULL if there is none.
-template <class Text>
-Char<Text>* UT_API FindRevChar(const Char<Text>* psz, WORD wChar) {
-  const WORD wSought = Text::Sought(wChar);
-  if (!IsCut<Text>(psz)) return FindLastInBlocks<Text>(psz, wSought);
-  const Char<Text>* pszFound = nullptr;
-  for (;; ++psz) {
-    if (Text::Load(psz) == wSought) pszFound = psz;
-    if (Text::Load(psz) == 0) return const_cast<Char<Text>*>(pszFound);
-  }
-}
-
 // Where the run of a unit begins that ends at pszEnd, not below pszStart.
 template <class Text>
 Char<Text>* FindRunStart(Char<Text>* pszStart, Char<Text>* pszEnd, WORD wUnit) {
   if (pszStart == pszEnd || Text::Load(pszEnd - 1) != wUnit) return pszEnd;
-  if (IsCut<Text>(pszEnd)) {
-    while (pszEnd != pszStart && Text::Load(pszEnd - 1) == wUnit) --pszEnd;
-    return pszEnd;
+  if constexpr (Text::kMayBeCut) {
+    if (IsCut<Text>(pszEnd)) {
+      while (pszEnd != pszStart && Text::Load(pszEnd - 1) == wUnit) --pszEnd;
+      return pszEnd;
+    }
   }
   const OtherUnit<Text> others(wUnit);
   const uintptr_t first = BlockOf(pszStart);

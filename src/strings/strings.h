@@ -63,11 +63,25 @@ DWORD StringSize(const Char<Text>* psz, bool withTerminator) {
   return AddSizes(Text::Length(psz), withTerminator ? Text::kUnit : 0);
 }
 
+// The length in bytes of a string that is to be copied; 0 for NULL. Where the platform counts
+// nothing of one that isn't empty it has failed, and no buffer is large enough.
+template <class Text>
+DWORD LengthToCopy(const Char<Text>* psz) {
+  const DWORD cb = StringSize<Text>(psz, false);
+  return cb == 0 && !IsNullOrEmpty<Text>(psz) ? kUncountable : cb;
+}
+
+// The same with the terminator, which NULL doesn't have.
+template <class Text>
+DWORD SizeToCopy(const Char<Text>* psz) {
+  return psz == nullptr ? 0 : AddSizes(LengthToCopy<Text>(psz), Text::kUnit);
+}
+
 // Both ends are found before the text is moved, so that it is walked once. What the platform fails
 // to move stays as it is.
 template <class Text>
 BOOL UT_API TrimChar(Char<Text>* psz, WORD wChar, WORD wFlags) {
-  if (psz == nullptr || !Text::CanMatch(wChar)) return false;
+  if (psz == nullptr || !Text::CanMatch(wChar)) return FALSE;
   auto* pszRest = wFlags & UT_TRIM_LEADING ? SkipLeadChar<Text>(psz, wChar) : psz;
   Char<Text>* pszRun = nullptr;
   if (wFlags & UT_TRIM_TRAILING) {
@@ -75,7 +89,7 @@ BOOL UT_API TrimChar(Char<Text>* psz, WORD wChar, WORD wFlags) {
     pszRun = FindRunStart<Text>(tail.pszStart, tail.pszEnd, wChar);
     if (pszRun == tail.pszEnd) pszRun = nullptr;
   }
-  if (pszRest != psz && !Text::Copy(psz, pszRest)) return true;
+  if (pszRest != psz && !Text::Copy(psz, pszRest)) return TRUE;
   if (pszRun != nullptr) Text::Store(pszRun - (pszRest - psz), 0);
   return pszRest != psz || pszRun != nullptr;
 }

@@ -26,6 +26,7 @@ struct Tail {
 struct ByteText {
   using Char = CHAR;
   static constexpr DWORD kUnit = sizeof(Char);
+  static constexpr bool kMayBeCut = false;
 
   static WORD Load(const Char* psz) { return static_cast<BYTE>(*psz); }
   static void Store(Char* psz, WORD wUnit) { *psz = static_cast<Char>(wUnit); }
@@ -69,7 +70,9 @@ struct WideText {
   using Char = WCHAR;
   static constexpr DWORD kUnit = sizeof(Char);
 
-  // A wide string may stand at an odd address, so units go through a packed record.
+  // A wide string may stand at an odd address, where blocks cut its units; so these go through a
+  // packed record.
+  static constexpr bool kMayBeCut = true;
   struct __attribute__((packed, may_alias)) Unaligned {
     WORD wUnit;
   };

@@ -56,10 +56,10 @@ void WriteServer(Char<Text>* pszOut, DWORD cbPrefix, const Stretch<Text>& server
 template <class Text>
 BOOL UT_API BuildUncName(Char<Text>* pszOut, DWORD cbOut, const Char<Text>* pszServer,
                          const Char<Text>* pszResource, const Char<Text>* pszPath) {
-  if (!IsBuffer(pszOut, cbOut, Text::kUnit)) return false;
+  if (!IsBuffer(pszOut, cbOut, Text::kUnit)) return FALSE;
   Text::Store(pszOut, 0);
   const MeasuredParts<Text> parts(pszServer, pszResource, pszPath);
-  if (!Fits(SizeUncName<Text>(parts), cbOut)) return false;
+  if (!Fits(SizeUncName<Text>(parts), cbOut)) return FALSE;
   if (parts.server.psz != nullptr) WriteServer<Text>(pszOut, kUncPrefix<Text>, parts.server);
   // A character that was the last one still begins where it did, so the next walk begins there.
   const Char<Text>* pszLast = pszOut;
@@ -69,21 +69,21 @@ BOOL UT_API BuildUncName(Char<Text>* pszOut, DWORD cbOut, const Char<Text>* pszS
     pszLast = LastOf<Text>(path);
     CopyToEnd<Text>(AppendSeparator<Text>(path), part);
   }
-  return true;
+  return TRUE;
 }
 
 template <class Text>
 BOOL UT_API ServerName(const Char<Text>* pszServer, INT nForm, Char<Text>* pszOut, DWORD cbOut) {
-  if (!IsBuffer(pszOut, cbOut, Text::kUnit)) return false;
+  if (!IsBuffer(pszOut, cbOut, Text::kUnit)) return FALSE;
   Text::Store(pszOut, 0);
-  if (pszServer == nullptr) return false;
+  if (pszServer == nullptr) return FALSE;
   const auto bare = BareText<Text>(pszServer);
-  if (!Fits(SizeServerName<Text>(pszServer, bare, nForm), cbOut)) return false;
+  if (!Fits(SizeServerName<Text>(pszServer, bare, nForm), cbOut)) return FALSE;
   // An empty name counts nothing there, but its prefix and terminator are written all the same.
   const DWORD cbPrefix = nForm == UT_SERVERNAME_UNC ? kUncPrefix<Text> : 0;
-  if (!IsBufferSize(cbOut, cbPrefix + Text::kUnit)) return false;
+  if (!IsBufferSize(cbOut, cbPrefix + Text::kUnit)) return FALSE;
   WriteServer<Text>(pszOut, cbPrefix, bare);
-  return true;
+  return TRUE;
 }
 
 template <class Text>

@@ -5,7 +5,6 @@ using namespace tavkit;
 void UT_API utAppendPathComponent(LPSTR pszPath, LPCSTR pszComponent) {
   AppendPathComponent<ByteText>(pszPath, pszComponent);
 }
-
 void UT_API utAppendPathComponentW(LPWSTR pszPath, LPCWSTR pszComponent) {
   AppendPathComponent<WideText>(pszPath, pszComponent);
 }
@@ -15,7 +14,6 @@ DWORD UT_API utBreakUNCName(LPCSTR pszName, LPSTR pszServer, DWORD cbServer, LPS
   return BreakUncName<ByteText>(pszName, pszServer, cbServer, pszResource, cbResource, pszPath,
                                 cbPath);
 }
-
 DWORD UT_API utBreakUNCNameW(LPCWSTR pszName, LPWSTR pszServer, DWORD cbServer, LPWSTR pszResource,
                              DWORD cbResource, LPWSTR pszPath, DWORD cbPath) {
   return BreakUncName<WideText>(pszName, pszServer, cbServer, pszResource, cbResource, pszPath,
@@ -26,7 +24,6 @@ DWORD UT_API utSearchUNCName(LPCSTR pszName, LPSTR* ppszStart, LPSTR* ppszResour
                              LPSTR* ppszPathSeparator) {
   return SearchUncName<ByteText>(pszName, ppszStart, ppszResourceSeparator, ppszPathSeparator);
 }
-
 DWORD UT_API utSearchUNCNameW(LPCWSTR pszName, LPWSTR* ppszStart, LPWSTR* ppszResourceSeparator,
                               LPWSTR* ppszPathSeparator) {
   return SearchUncName<WideText>(pszName, ppszStart, ppszResourceSeparator, ppszPathSeparator);
@@ -39,7 +36,6 @@ BOOL UT_API utBuildUNCName(LPSTR pszOut, DWORD cbOut, LPCSTR pszServer, LPCSTR p
                            LPCSTR pszPath) {
   return BuildUncName<ByteText>(pszOut, cbOut, pszServer, pszResource, pszPath);
 }
-
 BOOL UT_API utBuildUNCNameW(LPWSTR pszOut, DWORD cbOut, LPCWSTR pszServer, LPCWSTR pszResource,
                             LPCWSTR pszPath) {
   return BuildUncName<WideText>(pszOut, cbOut, pszServer, pszResource, pszPath);
@@ -48,7 +44,6 @@ BOOL UT_API utBuildUNCNameW(LPWSTR pszOut, DWORD cbOut, LPCWSTR pszServer, LPCWS
 BOOL UT_API utServerName(LPCSTR pszServer, INT nForm, LPSTR pszOut, DWORD cbOut) {
   return ServerName<ByteText>(pszServer, nForm, pszOut, cbOut);
 }
-
 BOOL UT_API utServerNameW(LPCWSTR pszServer, INT nForm, LPWSTR pszOut, DWORD cbOut) {
   return ServerName<WideText>(pszServer, nForm, pszOut, cbOut);
 }
@@ -56,7 +51,6 @@ BOOL UT_API utServerNameW(LPCWSTR pszServer, INT nForm, LPWSTR pszOut, DWORD cbO
 void UT_API utConvertServerName(LPSTR pszServer, INT nForm) {
   ConvertServerName<ByteText>(pszServer, nForm);
 }
-
 void UT_API utConvertServerNameW(LPWSTR pszServer, INT nForm) {
   ConvertServerName<WideText>(pszServer, nForm);
 }
@@ -64,7 +58,6 @@ void UT_API utConvertServerNameW(LPWSTR pszServer, INT nForm) {
 BOOL UT_API utExtractServer(LPCSTR pszName, LPSTR pszOut, DWORD cbOut) {
   return ExtractServer<ByteText>(pszName, pszOut, cbOut);
 }
-
 BOOL UT_API utExtractServerW(LPCWSTR pszName, LPWSTR pszOut, DWORD cbOut) {
   return ExtractServer<WideText>(pszName, pszOut, cbOut);
 }
@@ -72,7 +65,6 @@ BOOL UT_API utExtractServerW(LPCWSTR pszName, LPWSTR pszOut, DWORD cbOut) {
 BOOL UT_API utExtractServerResource(LPCSTR pszName, LPSTR pszOut, DWORD cbOut) {
   return ExtractServerResource<ByteText>(pszName, pszOut, cbOut);
 }
-
 BOOL UT_API utExtractServerResourceW(LPCWSTR pszName, LPWSTR pszOut, DWORD cbOut) {
   return ExtractServerResource<WideText>(pszName, pszOut, cbOut);
 }

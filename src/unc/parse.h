@@ -21,7 +21,7 @@ struct Stretch {
 template <class Text>
 Stretch<Text> BareText(const Char<Text>* psz) {
   const Char<Text>* pszBare = SkipLeadChar<Text>(psz, kBackslash);
-  return {pszBare, StringSize<Text>(pszBare, false)};
+  return {pszBare, LengthToCopy<Text>(pszBare)};
 }
 
 // Copies a text to the end of a string, which it may be a part of, and gives the new end.

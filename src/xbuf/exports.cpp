@@ -60,11 +60,11 @@ BOOL UT_API utXBufCopyTo(HXBUF hXBuf, WORD wSide, LPCVOID pSource, DWORD cbSourc
 }
 
 BOOL UT_API utXBufCopyStringTo(HXBUF hXBuf, WORD wSide, LPCSTR pszSource, LPVOID* ppBlock) {
-  return CopyText(hXBuf, wSide, pszSource, StringSize<ByteText>(pszSource, true), ppBlock);
+  return CopyText(hXBuf, wSide, pszSource, SizeToCopy<ByteText>(pszSource), ppBlock);
 }
 
 BOOL UT_API utXBufCopyWideStringTo(HXBUF hXBuf, WORD wSide, LPCWSTR pwszSource, LPVOID* ppBlock) {
-  return CopyText(hXBuf, wSide, pwszSource, StringSize<WideText>(pwszSource, true), ppBlock);
+  return CopyText(hXBuf, wSide, pwszSource, SizeToCopy<WideText>(pwszSource), ppBlock);
 }
 
 BOOL UT_API utXBufSetSpaceUsed(HXBUF hXBuf, DWORD cbFront, DWORD cbBack) {

@@ -57,7 +57,7 @@ struct TakenRecord {
     for (unsigned i = 0; i < kStrings; ++i) {
       const auto& field = kStringFields<Text>[i];
       if (!(dwMask & field.dwBit)) fields.*field.psz = nullptr;
-      cbStrings[i] = StringSize<Text>(fields.*field.psz, true);
+      cbStrings[i] = SizeToCopy<Text>(fields.*field.psz);
       cbVar = AddSizes(cbVar, cbStrings[i]);
     }
     cbNeeded = AddSizes(sizeof fields, cbVar);
@@ -128,7 +128,6 @@ using namespace tavkit;
 DWORD UT_API utSizeNETRESOURCE(const NETRESOURCEA* pResource, DWORD dwMask) {
   return TakenRecord<ByteText>(pResource, dwMask).cbNeeded;
 }
-
 DWORD UT_API utSizeNETRESOURCEW(const NETRESOURCEW* pResource, DWORD dwMask) {
   return TakenRecord<WideText>(pResource, dwMask).cbNeeded;
 }
@@ -136,7 +135,6 @@ DWORD UT_API utSizeNETRESOURCEW(const NETRESOURCEW* pResource, DWORD dwMask) {
 DWORD UT_API utVarSizeNETRESOURCE(const NETRESOURCEA* pResource, DWORD dwMask) {
   return TakenRecord<ByteText>(pResource, dwMask).cbVar;
 }
-
 DWORD UT_API utVarSizeNETRESOURCEW(const NETRESOURCEW* pResource, DWORD dwMask) {
   return TakenRecord<WideText>(pResource, dwMask).cbVar;
 }
@@ -145,7 +143,6 @@ BOOL UT_API utCopyNETRESOURCE(const NETRESOURCEA* pResource, LPVOID pBuffer, DWO
                               DWORD dwMask, LPDWORD pcbNeeded) {
   return Copy<ByteText>(pResource, pBuffer, cbBuffer, dwMask, pcbNeeded);
 }
-
 BOOL UT_API utCopyNETRESOURCEW(const NETRESOURCEW* pResource, LPVOID pBuffer, DWORD cbBuffer,
                                DWORD dwMask, LPDWORD pcbNeeded) {
   return Copy<WideText>(pResource, pBuffer, cbBuffer, dwMask, pcbNeeded);
@@ -155,7 +152,6 @@ BOOL UT_API utCopyNETRESOURCE_XBuffer(const NETRESOURCEA* pResource, HXBUF hXBuf
                                       LPDWORD pcbNeeded) {
   return CopyXBuffer<ByteText>(pResource, hXBuf, dwMask, pcbNeeded);
 }
-
 BOOL UT_API utCopyNETRESOURCEW_XBuffer(const NETRESOURCEW* pResource, HXBUF hXBuf, DWORD dwMask,
                                        LPDWORD pcbNeeded) {
   return CopyXBuffer<WideText>(pResource, hXBuf, dwMask, pcbNeeded);

@@ -53,7 +53,7 @@ class XBuf {
   void UpdateFree();
 
   BYTE* FrontBlock() const { return cbFront != 0 ? pBuffer : nullptr; }
-  BYTE* BackBlock() const { return cbBack != 0 ? pBuffer + (cbBuffer - cbBack) : nullptr; }
+  BYTE* BackBlock() const { return cbBack != 0 ? AddBytes(pBuffer, cbBuffer - cbBack) : nullptr; }
 
   static void* AllocBuffer(DWORD cbNewBuffer);
   static void FreeBuffer(void* pOldBuffer);
@@ -85,10 +85,10 @@ inline void* XBuf::Reserve(WORD wSide, DWORD cbBlock) {
   cbFree -= cbBlock;
   BYTE* pBlock = pFree;
   if (wSide == UT_XBUF_BACK) {
-    pBlock += cbFree;
+    pBlock = AddBytes(pBlock, cbFree);
     cbBack += cbBlock;
   } else {
-    pFree += cbBlock;
+    pFree = AddBytes(pFree, cbBlock);
     cbFront += cbBlock;
   }
   if (cbFree == 0) pFree = nullptr;

@@ -205,6 +205,8 @@ TEST(TypedValues, ReadATextIntoTheBufferAndNothingBeside) {
     EXPECT_EQ(utRegGetPrivateUserString("sec", name, "dflt", psz, ~0u, "prod"), length);
   }
   EXPECT_EQ(buffer.Bytes(), test::BytesOf("dflt"s, 3));
+  host::FailCall(4, 3, "lstrlenA");  // the three parts of the path come first
+  EXPECT_EQ(utRegGetPrivateUserString("sec", "v", "", buffer.As<char>(), 7, "prod"), 3u);
 }
 
 TEST(TypedValues, AreStoredInTheirFormAndMakeTheKeyOnlyIfTold) {
