@@ -69,11 +69,12 @@ void MoveDefaultLook(HWND hDlg, int idDefault, HWND hWndNew) {
 
 int DefaultIdOf(const Window& dialog) { return static_cast<int>(dialog.defaultId & 0xFFFF); }
 
-// Of an id that no control has, the number is remembered all the same.
+// The id of no control, or of one that is no push button, is remembered all the same.
 LRESULT SetDefaultId(HWND hDlg, Window& dialog, DWORD id) {
   const HWND hWndNew = FindItem(hDlg, static_cast<int>(id));
-  if (hWndNew != nullptr && !IsPushButton(hWndNew)) return FALSE;
-  MoveDefaultLook(hDlg, DefaultIdOf(dialog), hWndNew);
+  if (hWndNew == nullptr || IsPushButton(hWndNew)) {
+    MoveDefaultLook(hDlg, DefaultIdOf(dialog), hWndNew);
+  }
   dialog.defaultId = id == 0 ? 0 : DC_HASDEFID << 16 | (id & 0xFFFF);
   return TRUE;
 }

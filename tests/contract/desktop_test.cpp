@@ -74,7 +74,7 @@ class Dialog : public Desktop {
 TEST_F(Dialog, MovesTheDefaultWithItsId) {
   EXPECT_EQ(Now(), "1002 010 1000");
   const std::pair<WPARAM, const char*> rows[] = {
-      {kBack, "1001 100 1000"}, {kLast, "1003 001 1000"},           {kEdit, "1003 001 1000"},
+      {kBack, "1001 100 1000"}, {kLast, "1003 001 1000"},           {kEdit, "1000 001 1000"},
       {4444, "4444 000 1000"},  {0x10000 + kBack, "1001 000 1000"}, {0, "0 000 1000"},
       {kNext, "1002 010 1000"}};
   for (const auto& [id, state] : rows) {
