@@ -16,6 +16,7 @@ enum { kPatience = 10000, kInterval = 20, kTimeToDraw = 300 }; /* in millisecond
 
 typedef char State[512]; /* in UTF-8 */
 
+static int passed, failed;
 static HWND hDlg;
 static RECT opened[IDC_GERMAN + 1]; /* where each control was when the window opened */
 
@@ -28,7 +29,7 @@ static HWND Focus(void) {
 }
 
 static RECT PlaceOf(int id) {
-  RECT place;
+  RECT place = {0, 0, 0, 0};
   GetWindowRect(Control(id), &place);
   MapWindowPoints(NULL, hDlg, (POINT*)&place, 2);
   return place;
@@ -135,12 +136,14 @@ static BOOL Shows(const char* pszState, State shown) {
 
 /* The tour. */
 
-static const struct {
+typedef struct {
   const char* pszStep;
   void (*act)(void);
   const char* pszPicture;
   const char* pszState;
-} steps[] = {
+} Step;
+
+static const Step steps[] = {
     {"the window opens: Close is the default", Wait, NULL,
      "Shopping list: -Add -Remove [Close], focus Item:, items 0. Enter closes the window."},
     {"what is typed makes Add the default", TypeBread, NULL,
@@ -167,12 +170,12 @@ static const struct {
     {"controls follow a window that grows", GrowBothWays, NULL,
      "Einkaufsliste: -Hinzufügen -Entfernen [Schließen], focus Ware:, items 2, "
      "Add +60+0+60+0, list +0+0+60+40, hint +0+40+0+40. Die Eingabetaste schließt."},
-    {"and one that shrinks, to its first height at most", ShrinkTooFar, NULL,
+    {"and one that shrinks, which stops at its first height", ShrinkTooFar, NULL,
      "Einkaufsliste: -Hinzufügen -Entfernen [Schließen], focus Ware:, items 2, "
      "Add +20+0+20+0, list +0+0+20+0. Die Eingabetaste schließt."},
 };
 
-/* Starts the program. The result is NULL where its window doesn't come. */
+/* Starts the program, and waits for its window. */
 static HANDLE Start(void) {
   STARTUPINFOA startup = {.cb = sizeof startup};
   PROCESS_INFORMATION process;
@@ -187,7 +190,7 @@ static HANDLE Start(void) {
   }
   for (id = IDC_ITEM; id <= IDC_GERMAN; ++id) opened[id] = PlaceOf(id);
   SetForegroundWindow(hDlg);
-  return hDlg != NULL ? process.hProcess : NULL;
+  return process.hProcess;
 }
 
 /* Enter closes the window, which ends the program. */
@@ -210,34 +213,32 @@ static BOOL TakesPicture(const char* pszFolder, const char* pszName) {
   return SavePicture(hDlg, szFile);
 }
 
-static BOOL Report(BOOL isGood, const char* pszStep, const char* pszShown) {
+static void Report(BOOL isGood, const char* pszStep, const char* pszShown) {
   printf("%s  %s\n", isGood ? "ok  " : "FAIL", pszStep);
   if (!isGood) printf("      %s\n", pszShown);
-  return isGood;
+  ++*(isGood ? &passed : &failed);
 }
 
-/* How many steps go as they should. What follows one that doesn't is left out. */
-static size_t PassedSteps(HANDLE hProcess, const char* pszFolder) {
-  State shown = "its window isn't there";
-  size_t i;
-  if (!Report(hProcess != NULL, "the program starts", shown)) return 0;
-  for (i = 0; i < ARRAYSIZE(steps); ++i) {
-    steps[i].act();
-    if (!Report(Shows(steps[i].pszState, shown), steps[i].pszStep, shown)) return 1 + i;
-    if (!TakesPicture(pszFolder, steps[i].pszPicture)) {
-      Report(FALSE, steps[i].pszPicture, "the picture can't be saved");
-      return 1 + i;
-    }
+static void Play(const Step* pStep, const char* pszFolder) {
+  State shown;
+  pStep->act();
+  if (!Shows(pStep->pszState, shown)) {
+    Report(FALSE, pStep->pszStep, shown);
+  } else {
+    Report(TakesPicture(pszFolder, pStep->pszPicture), pStep->pszStep, "no picture can be saved");
   }
-  return 1 + i +
-         (size_t)Report(Ends(hProcess), "Enter closes the window", "the program still runs");
 }
 
+/* A step that fails is the last one: those that follow begin where it should have ended. */
 int main(int argc, char** argv) {
   const HANDLE hProcess = Start();
-  const size_t passed = PassedSteps(hProcess, argc > 1 ? argv[1] : NULL);
-  const int failed = passed < ARRAYSIZE(steps) + 2;
-  if (failed) TerminateProcess(hProcess, 1);
-  printf("%u passed, %d failed\n", (unsigned)passed, failed);
+  size_t i;
+  Report(hDlg != NULL, "the program starts", "its window isn't there");
+  for (i = 0; failed == 0 && i < ARRAYSIZE(steps); ++i) {
+    Play(&steps[i], argc > 1 ? argv[1] : NULL);
+  }
+  if (failed == 0) Report(Ends(hProcess), "Enter closes the window", "the program still runs");
+  if (failed != 0) TerminateProcess(hProcess, 1);
+  printf("%d passed, %d failed\n", passed, failed);
   return failed;
 }

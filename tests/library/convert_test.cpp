@@ -196,7 +196,8 @@ TEST(CodePageConversion, LeavesAnEmptyStringWhereNothingIsStored) {
     EXPECT_EQ(utA2WHelper(target.As<WCHAR>(), "abc", capacity), target.As<WCHAR>());
     EXPECT_EQ(target.Bytes(), test::BytesOf("\0\0\xCD"s, 0));
     target.Refill();
-    EXPECT_EQ(utW2AHelper(target.As<char>(), test::Wide("abc").c_str(), capacity), target.As<char>());
+    EXPECT_EQ(utW2AHelper(target.As<char>(), test::Wide("abc").c_str(), capacity),
+              target.As<char>());
     EXPECT_EQ(target.Bytes(), test::BytesOf("\0\xCD\xCD"s, 0));
   }
   target.Refill();

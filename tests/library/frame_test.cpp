@@ -28,9 +28,9 @@ TEST(ModuleEntry, StoresTheHandleAtProcessAttachOnlyAndNeverRefuses) {
   const auto other = reinterpret_cast<HMODULE>(0x56780000);
   EXPECT_EQ(test::CallModuleEntry(attached, DLL_PROCESS_ATTACH), 1);
   EXPECT_EQ(test::StoredModuleHandle(), attached);
-  const DWORD unknown = 99, attachBelowMore = 0x10000 | DLL_PROCESS_ATTACH;
-  for (const DWORD reason : {DLL_PROCESS_DETACH, DLL_THREAD_ATTACH, DLL_THREAD_DETACH, unknown,
-                             attachBelowMore, ~DWORD{0}}) {
+  const DWORD reasons[] = {DLL_PROCESS_DETACH,           DLL_THREAD_ATTACH, DLL_THREAD_DETACH, 99,
+                           0x10000 | DLL_PROCESS_ATTACH, 0xFFFFFFFF};
+  for (const DWORD reason : reasons) {
     EXPECT_EQ(test::CallModuleEntry(other, reason), 1) << reason;
     EXPECT_EQ(test::StoredModuleHandle(), attached) << reason;
   }

@@ -186,12 +186,12 @@ struct Checks : test::GuardedBlock<F> {
   void CheckAppend(const std::string& path, Part component) {
     const auto expected = this->BytesOf(Appended(path, component));
     const auto before = Over(Pattern(expected.size()), this->BytesOf(path));
+    SCOPED_TRACE(CallText<F>("AppendPathComponent", path, component));
     F::AppendPathComponent(this->Place(before), this->Argument(0, component));
-    EXPECT_TRUE(this->Contains(expected)) << CallText<F>("AppendPathComponent", path, component);
+    EXPECT_TRUE(this->Contains(expected));
     test::GuardedBuffer front(before, test::Guard::kInFront);
     F::AppendPathComponent(front.template As<typename F::Char>(), this->Argument(0, component));
-    EXPECT_TRUE(SameBytes(front.Bytes(), expected))
-        << CallText<F>("AppendPathComponent", path, component);
+    EXPECT_TRUE(SameBytes(front.Bytes(), expected));
   }
 
   void CheckBuild(Part server, Part resource, Part path) {

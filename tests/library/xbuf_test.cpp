@@ -192,7 +192,8 @@ void CheckRefused(HXBUF hXBuf) {
     EXPECT_EQ(utXBufCopyTo(hXBuf, UT_XBUF_BACK, "a", isData, &blocks[1]), !isData);
     EXPECT_EQ(utXBufCopyTo(hXBuf, 2, isData ? "a" : nullptr, 1, &blocks[2]), !isData);
     EXPECT_EQ(utXBufCopyStringTo(hXBuf, 2, isData ? "" : nullptr, &blocks[3]), !isData);
-    EXPECT_EQ(utXBufCopyWideStringTo(hXBuf, 2, isData ? wide.c_str() : nullptr, &blocks[4]), !isData);
+    EXPECT_EQ(utXBufCopyWideStringTo(hXBuf, 2, isData ? wide.c_str() : nullptr, &blocks[4]),
+              !isData);
     EXPECT_THAT(blocks, testing::ElementsAre(mark, nullptr, nullptr, nullptr, nullptr));
   }
   for (const auto& call : host::TakeJournal()) EXPECT_EQ(call.operation, "lstrlenA");

@@ -33,14 +33,10 @@ Bytes BytesOf(const std::basic_string<Char>& text, std::size_t terminators = 1) 
 // Up to 32 bytes around a place, in hexadecimal.
 inline std::string Hex(const Bytes& bytes, std::size_t place) {
   std::string text;
-  char digits[4];
+  char digits[3];
   for (auto i = place - std::min<std::size_t>(place, 16); i < bytes.size() && i < place + 16; ++i) {
-    std::snprintf(digits, sizeof digits,
-                  i == place       ? "[%02X"
-                  : i == place + 1 ? "]%02X"
-                                   : " %02X",
-                  bytes[i]);
-    text += digits;
+    std::snprintf(digits, sizeof digits, "%02X", bytes[i]);
+    text += (i == place ? '[' : i == place + 1 ? ']' : ' ') + std::string(digits);
   }
   return text;
 }

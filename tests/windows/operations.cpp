@@ -63,14 +63,14 @@ bool IsOneOf(std::initializer_list<const char*> names, const char* name) {
   return false;
 }
 
-#define UT_ENTRY(module, name, bytes)                                                        \
-  struct Tag##name {                                                                         \
-    static constexpr const char* kName = #name;                                              \
-    static bool CanFail() {                                                                  \
-      return !IsOneOf({"CharNextA", "CharPrevA", "LocalFree", "lstrcmpA", "lstrcmpW", "lstrcmpiW"}, \
-                      kName);                                                                \
-    }                                                                                        \
-  };                                                                                         \
+#define UT_ENTRY(module, name, bytes)                                                           \
+  struct Tag##name {                                                                            \
+    static constexpr const char* kName = #name;                                                 \
+    static bool CanFail() {                                                                     \
+      return !IsOneOf(                                                                          \
+          {"CharNextA", "CharPrevA", "LocalFree", "lstrcmpA", "lstrcmpW", "lstrcmpiW"}, kName); \
+    }                                                                                           \
+  };                                                                                            \
   using Watched##name = Watched<Tag##name, decltype(&::name)>;
 #include <imports.inc>
 #undef UT_ENTRY

@@ -1,7 +1,7 @@
 // The controls of the platform layer, and what else the tests ask of the system, on Windows.
-#include <gtest/gtest.h>
 #include <codepage.h>
 #include <file_time.h>
+#include <gtest/gtest.h>
 #include <heap.h>
 #include <host.h>
 #include <registry.h>
@@ -58,7 +58,8 @@ LONG WINAPI EndAfterException(EXCEPTION_POINTERS* exception) {
 
 class EveryExport : public testing::Environment {
   void TearDown() override {
-    if (testing::GTEST_FLAG(filter) == "*") EXPECT_EQ(windows::Uncalled(), "") << "not called by any test";
+    if (testing::GTEST_FLAG(filter) == "*")
+      EXPECT_EQ(windows::Uncalled(), "") << "not called by any test";
   }
 };
 
@@ -95,7 +96,8 @@ namespace host {
 
 void Reset() {
   ResetControls();
-  for (auto* count : {&windows::livingBlocks, &windows::livingKeys, &windows::wrongFrees}) *count = 0;
+  for (auto* count : {&windows::livingBlocks, &windows::livingKeys, &windows::wrongFrees})
+    *count = 0;
   RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\Brindlex");
 }
 
