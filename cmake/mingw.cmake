@@ -25,7 +25,7 @@ add_compile_definitions(GTEST_HAS_PTHREAD=0 NOMINMAX)
 add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL SYSTEM)
 
 # The tests of the controls themselves stay with the platform layer.
-file(GLOB library_tests CONFIGURE_DEPENDS tests/library/*.cpp)
+file(GLOB library_tests CONFIGURE_DEPENDS tests/library/*.cpp tests/contract/*.cpp)
 list(FILTER library_tests EXCLUDE REGEX "/(dialog|faults)_test.cpp$")
 file(GLOB windows_sources CONFIGURE_DEPENDS tests/windows/*.cpp)
 add_library(tests_on_windows OBJECT ${library_tests} ${windows_sources} tests/support/main.cpp

@@ -127,6 +127,11 @@ bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type
 // What comes back of a text that was stored; a terminator that follows the text is stored along.
 std::vector<unsigned char> StoredText(const char* text, std::size_t size) {
   if (size != 0 && text[size - 1] != 0 && text[size] == 0) ++size;
+  // Half a character at the end takes the terminator along.
+  std::size_t last = 0;
+  const auto isLead = [&] { return IsLeadByte(static_cast<unsigned char>(text[last])); };
+  while (last + 2 < size) last += isLead() ? 2 : 1;
+  if (last + 2 == size && isLead() && text[last + 1] == 0) --size;
   const auto charset = CharsetOf(CodePage());
   Replacement replacement;
   const auto stored = Narrow(Widen({text, size}, charset, replacement), charset, replacement);

@@ -1,15 +1,21 @@
 // Where the platform layer and Wine 8.0 answer differently, and why that stays so. A row shows one
 // case of its class.
+#include <desktop.h>
 #include <gtest/gtest.h>
+#include <host.h>
 
 #include <functional>
 #include <string>
 
-#include "contract/surroundings.h"
-
 namespace {
 
-using contract::Wide;
+#ifdef _WIN32
+constexpr bool kIsLayer = false;
+#else
+constexpr bool kIsLayer = true;
+#endif
+
+LPCWSTR Wide(const char16_t* text) { return reinterpret_cast<LPCWSTR>(text); }
 
 std::string Yes(bool is) { return is ? "yes" : "no"; }
 
@@ -28,7 +34,7 @@ std::string Open(std::size_t length) {
 std::string Create(std::size_t length) {
   HKEY key = nullptr, made = nullptr;
   DWORD disposition = 0;
-  RegCreateKeyExA(HKEY_CURRENT_USER, "Software\\Contract", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+  RegCreateKeyExA(HKEY_CURRENT_USER, "Software\\Brindlex", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
                   &key, nullptr);
   const LONG code = RegCreateKeyExA(key, std::string(length, 'k').c_str(), 0, nullptr, 0,
                                     KEY_ALL_ACCESS, nullptr, &made, &disposition);
@@ -67,9 +73,8 @@ const struct {
      "0 2", "the library doesn't read the disposition; a key that was there is no new one"},
     {"the focus, sent to the next control",
      [] {
-       const HWND hDlg = contract::MakeWindow(contract::Kind::kDialog, {0, 0, 9, 9});
-       contract::MakeWindow(contract::Kind::kButton, {0, 0, 9, 9}, hDlg, 1);
-       contract::MakeWindow(contract::Kind::kButton, {0, 0, 9, 9}, hDlg, 2);
+       const HWND hDlg = host::AddWindow({});
+       for (const int id : {1, 2}) host::AddWindow({.hWndParent = hDlg, .id = id});
        SendMessageA(hDlg, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(hDlg, 1)), 1);
        SendMessageA(hDlg, WM_NEXTDLGCTL, 0, 0);
        return Yes(GetFocus() == GetDlgItem(hDlg, 2));
@@ -105,14 +110,14 @@ const struct {
      "2,900 units share weights, beside those of the Latin letters and ligatures; no text that the "
      "library makes or looks for has them"},
     // To be asked in German only.
-    {"short names of days", [] { return std::string(contract::kIsLayer ? "Mo" : "Mo."); }, "Mo.",
-     "Mo", "the names are the C library's"},
+    {"short names of days", [] { return std::string(kIsLayer ? "Mo" : "Mo."); }, "Mo.", "Mo",
+     "the names are the C library's"},
 };
 
 TEST(Differences, AreTheseAlone) {
   for (const auto& [question, answer, wine, layer, reason] : kDifferences) {
-    contract::StartAnew();
-    EXPECT_EQ(answer(), contract::kIsLayer ? layer : wine) << question << ": " << reason;
+    host::Reset();
+    EXPECT_EQ(answer(), kIsLayer ? layer : wine) << question << ": " << reason;
   }
 }
 
