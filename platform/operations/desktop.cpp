@@ -79,8 +79,8 @@ LRESULT SetDefaultId(HWND hDlg, Window& dialog, DWORD id) {
   return TRUE;
 }
 
-// The focus goes to a control that can take it. A button with the focus looks like the default; while
-// another control has it, the default itself does.
+// The focus goes to a control that can take it. A button with the focus looks like the default;
+// while another control has it, the default itself does.
 void MoveFocus(HWND hDlg, const Window& dialog, HWND hWndNext) {
   const auto* const next = Find(hWndNext);
   if (next != nullptr && next->isEnabled) SetFocus(hWndNext);
