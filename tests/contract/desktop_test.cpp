@@ -45,27 +45,22 @@ class Dialog : public Desktop {
  protected:
   void SetUp() override {
     Desktop::SetUp();
-    hDlg_ = host::AddWindow({.rect = {10, 20, 310, 220}});
+    hDlg_ = host::AddWindow({});
     for (int id = kEdit; id <= kLast; ++id) {
-      host::AddWindow({.hWndParent = hDlg_,
-                       .id = id,
-                       .rect = {0, id, 50, id + 20},
-                       .isPushButton = id != kEdit,
-                       .buttonStyle = id == kNext});
+      host::AddWindow({.hWndParent = hDlg_, .id = id, .isPushButton = id != kEdit});
     }
     SendMessageA(hDlg_, DM_SETDEFID, kNext, 0);
     Focus(kEdit);
   }
-  void Focus(int id) {
-    SendMessageA(hDlg_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(hDlg_, id)), 1);
-  }
+  HWND Item(int id) { return GetDlgItem(hDlg_, id); }
+  void Focus(int id) { SendMessageA(hDlg_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(id)), 1); }
   // The default id, the buttons' styles, and the id of the control that has the focus.
   std::string Now() {
     std::string state = std::to_string(SendMessageA(hDlg_, DM_GETDEFID, 0, 0) & 0xFFFF) + ' ';
-    for (int id = kBack; id <= kLast; ++id)
-      state += std::to_string(host::WindowOf(GetDlgItem(hDlg_, id)).buttonStyle);
-    for (int id = kEdit; id <= kLast; ++id)
-      if (GetFocus() == GetDlgItem(hDlg_, id)) state += ' ' + std::to_string(id);
+    for (const int id : {kBack, kNext, kLast})
+      state += std::to_string(host::WindowOf(Item(id)).buttonStyle);
+    for (const int id : {kEdit, kBack, kNext, kLast})
+      if (GetFocus() == Item(id)) state += ' ' + std::to_string(id);
     return state;
   }
 
@@ -94,18 +89,17 @@ TEST_F(Dialog, MovesTheLookOfTheDefaultWithTheFocus) {
     Focus(id);
     EXPECT_EQ(Now(), state);
   }
-  EXPECT_EQ(EnableWindow(GetDlgItem(hDlg_, kNext), FALSE), 0);
+  EXPECT_EQ(EnableWindow(Item(kNext), FALSE), 0);
   EXPECT_EQ(Now(), "1002 010");
-  EXPECT_TRUE(
-      PostMessageA(hDlg_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(hDlg_, kBack)), 1));
+  EXPECT_TRUE(PostMessageA(hDlg_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(kBack)), 1));
   EXPECT_EQ(Now(), "1002 010");
   host::RunMessages();
   EXPECT_EQ(Now(), "1002 100 1001");
-  EXPECT_EQ(EnableWindow(GetDlgItem(hDlg_, kLast), FALSE), 0);
-  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(hDlg_, kLast)));
+  EXPECT_EQ(EnableWindow(Item(kLast), FALSE), 0);
+  EXPECT_FALSE(IsWindowEnabled(Item(kLast)));
   Focus(kLast);
   EXPECT_EQ(Now(), "1002 001 1001");
-  EXPECT_NE(EnableWindow(GetDlgItem(hDlg_, kLast), TRUE), 0);
+  EXPECT_NE(EnableWindow(Item(kLast), TRUE), 0);
   Focus(4444);
   EXPECT_EQ(Now(), "1002 000 1001");
   EXPECT_FALSE(PostMessageA(reinterpret_cast<HWND>(7), WM_NEXTDLGCTL, 0, 0));
@@ -117,8 +111,8 @@ TEST_F(Desktop, CutsStringsToWholeCharacters) {
   if (host::SetCodePage(932)) host::SetString(nullptr, 6, "a\x93\xFAz");
   // clang-format off
   const struct { unsigned codePage; UINT id; int capacity; std::string text; } rows[] = {
-      {1252, 5, 9, "text"}, {1252, 0x10005, 3, "te"}, {1252, 7, 9, ""}, {932, 6, 1, ""}, {932, 6, 2, "a"},
-      {932, 6, 3, "a"}, {932, 6, 4, "a\x93\xFA"}, {932, 6, 9, "a\x93\xFAz"}};
+      {1252, 5, 9, "text"}, {1252, 0x10005, 3, "te"}, {1252, 7, 9, ""}, {932, 6, 1, ""},
+      {932, 6, 2, "a"}, {932, 6, 3, "a"}, {932, 6, 4, "a\x93\xFA"}, {932, 6, 9, "a\x93\xFAz"}};
   // clang-format on
   for (const auto& row : rows) {
     if (!host::SetCodePage(row.codePage)) continue;

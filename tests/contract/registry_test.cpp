@@ -95,10 +95,12 @@ TEST_F(RegistryKeys, KeepsValuesAndTellsOfMissingOnes) {
   EXPECT_EQ(RegSetValueExA(key_, "v", 0, REG_BINARY, nullptr, 3), 998);
   // Data with what follows them, and how many of them are stored.
   // clang-format off
-  const struct { DWORD type; std::string data; std::size_t size; int room; std::string answer; } rows[] = {
+  const struct { DWORD type; std::string data; std::size_t size; int room;
+                 std::string answer; } rows[] = {
       {9, "\1\2\3", 3, 3, "0 9 3 \1\2\3......"}, {9, "\1\2\3", 3, 2, "234 9 3 ........."},
       {9, "\1\2\3", 3, -1, "0 9 3 ........."}, {REG_BINARY, "hello", 5, 9, "0 3 5 hello...."},
-      {REG_SZ, "hello more", 5, 5, "0 1 5 hello...."}, {REG_SZ, "hello more", 5, 6, "0 1 5 hello\0..."s},
+      {REG_SZ, "hello more", 5, 5, "0 1 5 hello...."},
+      {REG_SZ, "hello more", 5, 6, "0 1 5 hello\0..."s},
       {REG_SZ, "hello", 5, -1, "0 1 6 ........."}, {REG_SZ, "hello", 5, 5, "234 1 6 ........."},
       {REG_SZ, "hello", 6, 9, "0 1 6 hello\0..."s}, {REG_SZ, "", 0, 9, "0 1 0 ........."},
       {REG_EXPAND_SZ, "hello more", 5, 9, "0 2 5 hello\0..."s},

@@ -55,17 +55,19 @@ TEST_F(Text, ComparesByWeights) {
   // clang-format off
   const struct { unsigned codePage; const char *first, *second; int likeness; } bytes[] = {
       {1252, "", "", 2}, {1252, "abc", "abc", 2}, {1252, "aBz", "AbZ", 1}, {1252, "abc", "abcd", 0},
-      {1252, "@[`{", "`{@[", 0}, {1252, "\xE9\xFF\x9A", "\xC9\x9F\x8A", 1}, {1252, "\xF7", "\xD7", 0},
-      {1252, "y\xADs", "ys", 2}, {1252, "a\xDF", "ass", 2}, {1252, "\xE6\xFE\x9C", "aethoe", 2},
-      {1252, "\xC6", "ae", 1}, {1252, "\x88", "^", 2}, {1252, "\xE4", "a", 0},
-      {932, "\x83\x61", "\x83\x41", 0}, {932, "\x83\x61y", "\x83\x61Y", 1}, {932, "\xE1", "\xC1", 0},
-      {932, "\x82\x60", "\x82\x81", 1}, {932, "\x83\x9F", "\x83\xBF", 1}, {932, "\x81", "\x82", 2},
+      {1252, "@[`{", "`{@[", 0}, {1252, "\xE9\xFF\x9A", "\xC9\x9F\x8A", 1},
+      {1252, "\xF7", "\xD7", 0}, {1252, "y\xADs", "ys", 2}, {1252, "a\xDF", "ass", 2},
+      {1252, "\xE6\xFE\x9C", "aethoe", 2}, {1252, "\xC6", "ae", 1}, {1252, "\x88", "^", 2},
+      {1252, "\xE4", "a", 0}, {932, "\x83\x61", "\x83\x41", 0}, {932, "\x83\x61y", "\x83\x61Y", 1},
+      {932, "\xE1", "\xC1", 0}, {932, "\x82\x60", "\x82\x81", 1}, {932, "\x83\x9F", "\x83\xBF", 1},
+      {932, "\x81", "\x82", 2},
   };
   const struct { const char16_t *first, *second; int likeness; } wide[] = {
-      {u"a\u00E9\u0436\uFFFF", u"A\u00C9\u0416\uFFFF", 1}, {u"\u0131", u"I", 0}, {u"\u017F", u"S", 0},
-      {u"\u03D0", u"\u0392", 0}, {u"\u00E9", u"e\u0301", 2}, {u"\u017Be", u"z\u0307E", 1},
-      {u"\u00DF", u"ss", 2}, {u"\uFB01", u"fi", 2}, {u"a\u200D\u00ADb", u"ab", 2},
-      {u"\uFF21", u"\uFF41", 1}, {u"\u0133", u"ij", 2}, {u"\u0105", u"a\u0328", 2}, {u"\u02CB", u"`", 2},
+      {u"a\u00E9\u0436\uFFFF", u"A\u00C9\u0416\uFFFF", 1}, {u"\u0131", u"I", 0},
+      {u"\u017F", u"S", 0}, {u"\u03D0", u"\u0392", 0}, {u"\u00E9", u"e\u0301", 2},
+      {u"\u017Be", u"z\u0307E", 1}, {u"\u00DF", u"ss", 2}, {u"\uFB01", u"fi", 2},
+      {u"a\u200D\u00ADb", u"ab", 2}, {u"\uFF21", u"\uFF41", 1}, {u"\u0133", u"ij", 2},
+      {u"\u0105", u"a\u0328", 2}, {u"\u02CB", u"`", 2},
   };
   // clang-format on
   for (const auto& row : wide) {
@@ -96,16 +98,20 @@ TEST_F(Text, IsConverted) {
       {1252, "\x8D\x8F\x90\x9D", kExact, 8, u"5\u008D\u008F\u0090\u009D\0..."s},
       {1252, "abc", kExact, 2, u"0ab......"}, {1252, "abc", kExact, 0, u"4........"},
       {932, "\x93\xFA\x80", kExact, 8, u"3\u65E5\u0080\0....."s},
-      {932, "\x93\xFA\x81", kExact, 8, u"0........"}, {932, "\x93\xFA\x81", 0, 8, u"3\u65E5\u30FB\0....."s},
+      {932, "\x93\xFA\x81", kExact, 8, u"0........"},
+      {932, "\x93\xFA\x81", 0, 8, u"3\u65E5\u30FB\0....."s},
       {932, "a\x81\x20z", 0, 8, u"4a\u30FBz\0...."s},
   };
-  const struct { unsigned codePage; const char16_t* text; int capacity; std::string answer; } narrowed[] = {
+  const struct { unsigned codePage; const char16_t* text; int capacity;
+                 std::string answer; } narrowed[] = {
       {1252, u"\u0416\u65E5", 8, "3??\0....."s}, {1252, u"\u009D\u0080", 8, "3\x9D?\0....."s},
-      {1252, u"\u0100\u0131\u221E", 8, "4Ai8\0...."s}, {1252, u"\uFF01\uFF0E\uFF5E", 8, "4!.~\0...."s},
+      {1252, u"\u0100\u0131\u221E", 8, "4Ai8\0...."s},
+      {1252, u"\uFF01\uFF0E\uFF5E", 8, "4!.~\0...."s},
       {1252, u"e\u0301\u2550\u30FB", 8, "5e\xB4-\xB7\0..."s}, {1252, u"abc", 2, "0ab......"},
-      {932, u"\u00E4\u00A9\u00AB", 8, "5ac\x81\xE1\0..."s}, {932, u"\u2212\u301C\u2014", 8, "4???\0...."s},
-      {932, u"\uF8F1\uF8F0\u2225", 8, "5\xFD\xA0\x81\x61\0..."s},
-      {932, u"a\u65E5", 2, "0a......."}, {932, u"a\u65E5", 0, "4........"},
+      {932, u"\u00E4\u00A9\u00AB", 8, "5ac\x81\xE1\0..."s},
+      {932, u"\u2212\u301C\u2014", 8, "4???\0...."s},
+      {932, u"\uF8F1\uF8F0\u2225", 8, "5\xFD\xA0\x81\x61\0..."s}, {932, u"a\u65E5", 2, "0a......."},
+      {932, u"a\u65E5", 0, "4........"},
   };
   // clang-format on
   for (const auto& [codePage, text, flags, capacity, answer] : widened) {
