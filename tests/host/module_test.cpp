@@ -284,13 +284,13 @@ PROPERTY(ModuleLoader, SurvivesChangedTables, 1000) {
       if (Get<std::uint32_t>(dll, at.Directory(index)) == 0) continue;
       offsets.push_back(Pointed(dll, at.Directory(index)));
     }
-    const auto exports = offsets[4], imports = offsets[5];
     using Exports = pe::ExportDirectory;
-    for (const auto field : {offsetof(Exports, functions), offsetof(Exports, names),
-                             offsetof(Exports, nameOrdinals)}) {
-      offsets.push_back(Pointed(dll, exports + field));
+    const auto exports = offsets[4], imports = offsets[5];
+    for (const auto table :
+         {exports + offsetof(Exports, functions), exports + offsetof(Exports, names),
+          exports + offsetof(Exports, nameOrdinals), imports}) {
+      offsets.push_back(Pointed(dll, table));
     }
-    offsets.push_back(Pointed(dll, imports));
     return offsets;
   }();
   auto changed = dll;

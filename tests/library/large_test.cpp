@@ -1,4 +1,5 @@
 // Texts, lists and blocks beyond what 16 bits count, and sums of sizes beyond what 32 bits count.
+#include <host.h>
 #include <tavkit.h>
 
 #include "support/form_test.h"
@@ -25,14 +26,6 @@ TYPED_TEST(LargeTest, StringsAreCountedIn32Bits) {
   EXPECT_EQ(F::CountLeadChar(text.c_str(), ' '), kLength);
   EXPECT_EQ(F::CopyString(text.c_str(), out.data(), kSize), 1);
   EXPECT_TRUE(out.c_str() == text);
-
-  typename TestFixture::Record record = {}, copy[2 + kSize / sizeof record];
-  record.lpProvider = text.data();
-  DWORD needed = 0;
-  EXPECT_EQ(F::CopyNETRESOURCE(&record, copy, sizeof record + kSize - 1, UT_NR_ALL, &needed), 0);
-  EXPECT_EQ(F::CopyNETRESOURCE(&record, copy, sizeof record + kSize, UT_NR_ALL, &needed), 1);
-  EXPECT_EQ(needed, sizeof record + kSize);
-  EXPECT_TRUE(copy[0].lpProvider == text);
 }
 
 TYPED_TEST(LargeTest, NamesAreCountedIn32Bits) {
@@ -110,6 +103,7 @@ TYPED_TEST(LargeTest, SumsOfSizesDontWrap) {
   auto *quarter = text(0x40000000 - this->kUnit), *less = text(1'431'655'760 - this->kUnit);
   const typename TestFixture::Record record = {1, 2, 3, 4, quarter, quarter, quarter, quarter};
   EXPECT_EQ(F::CopyNETRESOURCE(&record, pszOut, out.size(), UT_NR_ALL, nullptr), 0);
+  EXPECT_EQ(F::SizeNETRESOURCE(&record, UT_NR_COMMENT), 0x40000000 + sizeof record);
   const typename TestFixture::Record three = {1, 2, 3, 4, less, less, nullptr, less};
   EXPECT_EQ(F::CopyNETRESOURCE_XBuffer(&three, hXBuf, UT_NR_ALL, nullptr), 0);
   for (const std::size_t size : {0xFFFFFFFEull, 0x100000010ull}) {
@@ -122,5 +116,38 @@ TYPED_TEST(LargeTest, SumsOfSizesDontWrap) {
   utXBufDestroy(hXBuf);
   EXPECT_TRUE(SameBytes(out.Bytes(), test::Over(test::Pattern(64), test::Bytes(this->kUnit))));
 }
+
+#if __SIZEOF_POINTER__ == 4
+
+// A platform that gives one of the strings a length of nearly 4 GiB.
+TEST(Sums, OfPlannedLengthsDontWrap) {
+  char a[] = "a", list[] = "b\0c\0";
+  const NETRESOURCEA record = {1, 2, 3, 4, a, a, a, a};
+  const HXBUF hXBuf = utXBufCreate(64, nullptr);
+  for (const DWORD length : {0xFFFFFFFFu, 0xFFFFFFFEu, 0xFFFFFFF9u}) {
+    const auto check = [&](unsigned strings, const auto& call) {
+      for (unsigned n = 1; n <= strings; ++n) {
+        GuardedBuffer out(64);
+        host::FailCall(n, length, "lstrlenA");
+        EXPECT_EQ(call(out.As<char>()), 0) << "string " << n << " of length " << length;
+        EXPECT_TRUE(host::FailureCame());
+        EXPECT_TRUE(out.IsUntouched(1));
+      }
+    };
+    check(3, [&](char* out) { return utBuildUNCName(out, 64, a, a, a); });
+    check(1, [&](char* out) { return utServerName(a, UT_SERVERNAME_UNC, out, 64); });
+    for (DWORD cbList : {64u, UT_SIZE_UNCHECKED - 8}) {
+      check(1, [&](char*) { return utInsertMultiAsciiz(a, list, list, cbList); });
+      check(1, [&](char*) { return utAppendMultiAsciiz(a, list, cbList); });
+      check(1, [&](char* out) { return utCopyNextAsciiz(a, &out, &cbList); });
+    }
+    check(1, [&](char*) { return utXBufCopyStringTo(hXBuf, UT_XBUF_BACK, a, nullptr); });
+    check(4, [&](char* out) { return utCopyNETRESOURCE(&record, out, 64, UT_NR_ALL, nullptr); });
+    check(4, [&](char*) { return utCopyNETRESOURCE_XBuffer(&record, hXBuf, UT_NR_ALL, nullptr); });
+  }
+  utXBufDestroy(hXBuf);
+}
+
+#endif
 
 }  // namespace

@@ -92,7 +92,8 @@ void CheckFlattening(test::Choices& choices) {
   EXPECT_EQ(Form::VarSizeNETRESOURCE(record, mask), strings);
   EXPECT_EQ(Form::SizeNETRESOURCE(record, mask), needed);
   const DWORD exact = source.needed;
-  for (const DWORD size : std::vector<DWORD>{0, exact - 1, exact, exact + 1 + choices.Below(20)}) {
+  const DWORD more = choices.Below(8) == 0 ? 0x10000 : exact + 1 + choices.Below(20);
+  for (const DWORD size : {DWORD{0}, exact - 1, exact, more}) {
     const bool isXBuf = choices.Below(2), isThere = choices.Below(8), isMemory = choices.Below(4);
     const DWORD front = isXBuf * choices.Below(4), back = isXBuf * choices.Below(4);
     GuardedBuffer buffer(front + size + back);

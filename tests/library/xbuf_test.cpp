@@ -81,7 +81,8 @@ class XBufWalk {
     return choices_.Of<DWORD>({0, 1, choices_.Below(24), model_.Free(), model_.Free() + 1, ~15u});
   }
   void UseBuffer() {
-    const DWORD cb = choices_.Below(8) == 0 ? 0 : 1 + choices_.Below(70);
+    const DWORD cb =
+        choices_.Below(8) == 0 ? 0 : 1 + choices_.Below(choices_.Of<DWORD>({70, 70, 70, 70'000}));
     BYTE* block = nullptr;
     if (choices_.Below(2) != 0) own_.push_back(block = static_cast<BYTE*>(LocalAlloc(0, cb)));
     const bool isOwned = block == nullptr;
@@ -113,7 +114,7 @@ class XBufWalk {
     const DWORD terminator = kTerminator[int(kind)];
     const DWORD cb = terminator ? (1 + choices_.Below(9)) * terminator : AnySize();
     const DWORD side = choices_.Below(2) * 0x10000u + choices_.Of<DWORD>({0, 0, 1, 1, 2, 0x100});
-    GuardedBuffer source(cb < 100 ? cb : 0);
+    GuardedBuffer source(cb < 100'000 ? cb : 0);
     std::memset(source.data() + source.size() - terminator, 0, terminator);
     const bool copies = kind != Source::kReservation;
     const void* from = copies && choices_.Below(8) == 0 ? nullptr : source.data();
