@@ -32,7 +32,7 @@ void Put(const char* path, const char* name, DWORD type, const std::string& data
 }
 
 // The platform's registry calls of a piece of work, each argument by its name, as a small number,
-// or as * for another address.
+// as k for a key that was opened, or as * for another address.
 std::string Calls(const std::function<void()>& work, const Names& names = {}) {
   host::StartJournal();
   work();
@@ -40,9 +40,11 @@ std::string Calls(const std::function<void()>& work, const Names& names = {}) {
   for (const auto& [operation, arguments] : host::TakeJournal()) {
     if (!operation.starts_with("Reg")) continue;
     calls += operation.substr(3, operation.find_last_not_of("ExA") - 2);
-    for (const auto argument : arguments) {
+    for (const auto& argument : arguments) {
       const auto name = names.find(reinterpret_cast<const void*>(argument));
-      const auto number = argument < 0x100000 ? std::to_string(argument) : "*";
+      const auto number = &argument == &arguments[0] ? "k"
+                          : argument < 0x100000      ? std::to_string(argument)
+                                                     : "*";
       calls += ' ' + (name != names.end() ? name->second : number);
     }
     calls += "; ";
@@ -51,31 +53,34 @@ std::string Calls(const std::function<void()>& work, const Names& names = {}) {
 }
 
 TEST(RegistryValues, ReachThePlatformAsTheyCome) {
-  test::StayOnHostLayer("handles by their numbers");
   const HKEY u = kUser;
-  const char sub[] = "Software\\Brindlex", v[] = "v", none[] = "none", empty[] = "";
+  const char sub[] = "Software\\Brindlex", v[] = "v", none[] = "Software\\Brindlex\\none",
+             empty[] = "";
   DWORD t, n;
   char d[2] = {};
   HKEY key = nullptr;
   const Names names = {{u, "u"},  {sub, "sub"}, {none, "none"}, {empty, "empty"}, {v, "v"},
                        {&t, "t"}, {&n, "n"},    {d, "d"},       {&key, "key"}};
+  RegOpenKeyExA(u, empty, 0, KEY_QUERY_VALUE, &key);
+  const std::string same = key == u ? "u" : "k";  // the key itself, or another handle to it
+  RegCloseKey(std::exchange(key, nullptr));
   // What is called between opening `sub` with an access and closing it; all of it if that is 0.
   // clang-format off
   const struct { std::function<DWORD()> call; DWORD result, access; std::string calls; } rows[] = {
       {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0); }, kMissing, 0, "OpenKey u none 0 2 *; "},
       {[&] { return utRegSetValue(u, none, v, 3, d, 2, 0x10000); }, 0, 0, "OpenKey u none 0 2 *; "
-       "CreateKey u none 0 0 0 983103 0 * *; SetValue 8 v 0 3 d 2; CloseKey 8; "},
-      {[&] { return utRegSetValue(u, sub, nullptr, 9, d, 0, 1); }, 0, 2, "SetValue 8 0 0 9 d 0; "},
+       "CreateKey u none 0 0 0 983103 0 * *; SetValue k v 0 3 d 2; CloseKey k; "},
+      {[&] { return utRegSetValue(u, sub, nullptr, 9, d, 0, 1); }, 0, 2, "SetValue k 0 0 9 d 0; "},
       {[&] { return utRegSetValue(u, nullptr, v, 3, d, 2, 1); }, 0, 0, "SetValue u v 0 3 d 2; "},
-      {[&] { return utRegQueryValue(u, sub, v, &t, d, &n); }, 0, 1, "QueryValue 8 v 0 t d n; "},
+      {[&] { return utRegQueryValue(u, sub, v, &t, d, &n); }, 0, 1, "QueryValue k v 0 t d n; "},
       {[&] { return utRegQueryValue(u, nullptr, v, nullptr, d, &n); }, kMissing, 0, "QueryValue u v 0 0 d n; "},
       {[&] { return utRegQueryValue(u, empty, v, &t, d, nullptr); }, kBad, 0,
-       "OpenKey u empty 0 1 *; QueryValue 8 v 0 t d 0; CloseKey 8; "},
+       "OpenKey u empty 0 1 *; QueryValue " + same + " v 0 t d 0; CloseKey " + same + "; "},
       {[&] { return utRegQueryValue(u, none, v, &t, d, &n); }, kMissing, 0, "OpenKey u none 0 1 *; "},
-      {[&] { return utRegVerifyValue(u, sub, v, &t); }, 1, 1, "QueryValue 8 v 0 t 0 *; "},
+      {[&] { return utRegVerifyValue(u, sub, v, &t); }, 1, 1, "QueryValue k v 0 t 0 *; "},
       {[&] { return utRegVerifyValue(u, nullptr, v, nullptr); }, 0, 0, "QueryValue u v 0 0 0 *; "},
-      {[&] { return utRegDeleteValue(u, sub, v); }, 0, 2, "DeleteValue 8 v; "},
-      {[&] { return utRegDeleteValue(u, sub, none); }, kMissing, 2, "DeleteValue 8 none; "},
+      {[&] { return utRegDeleteValue(u, sub, v); }, 0, 2, "DeleteValue k v; "},
+      {[&] { return utRegDeleteValue(u, sub, none); }, kMissing, 2, "DeleteValue k none; "},
       {[&] { return utRegDeleteValue(u, nullptr, v); }, kMissing, 0, "DeleteValue u v; "},
       {[&] { return utRegVerifyKey(u, sub); }, 1, 1, ""},
       {[&] { return utRegVerifyKey(u, none); }, 0, 0, "OpenKey u none 0 1 *; "},
@@ -94,7 +99,7 @@ TEST(RegistryValues, ReachThePlatformAsTheyCome) {
     Put(sub, v, REG_BINARY, "xy");
     n = 2;
     const auto opening = "OpenKey u sub 0 " + std::to_string(access) + " *; ";
-    if (access != 0) calls = opening + calls + "CloseKey 8; ";
+    if (access != 0) calls = opening + calls + "CloseKey k; ";
     DWORD got = 99;
     ASSERT_EQ(Calls([&] { got = call(); }, names), calls);
     ASSERT_EQ(got, result) << calls;
@@ -321,7 +326,7 @@ void Change(test::Choices& choices, const Setting& setting, std::map<std::string
   enum { kText, kBytes, kDeletion, kNone };
   const auto& [section, product, name] = setting;
   const int change = choices.Of<int>({kText, kBytes, kDeletion, kNone});
-  const auto data = choices.Text<char>({0, 'O', '\x81'}, choices.Of<unsigned>({5, 60}));
+  const auto data = choices.Text<char>({0, 'O', '\xB1'}, choices.Of<unsigned>({5, 60}));
   if (change == kText) {
     ASSERT_EQ(utRegWritePrivateUserString(section, name, data.c_str(), product), 1);
     model[setting.Place()] = {REG_SZ, data.c_str() + "\0"s};

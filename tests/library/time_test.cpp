@@ -257,21 +257,27 @@ constexpr DWORD kUserDefault = 0x400;
 void CheckName(BOOL(UT_API* ask)(LPSTR, INT, WORD, INT), WORD wNumber, LCTYPE full, LCTYPE brief) {
   for (const INT nStyle : {0, 1, 2, -1, 0x101, 0x10001}) {
     const LCTYPE type = nStyle == UT_NAME_ABBREVIATED ? brief : full;
-    host::SetLocaleText(type, "abc");
-    for (const INT size : {0, 3, 4, -1}) {
-      char text[4] = "";
+    char name[80];
+    const INT length = GetLocaleInfoA(kUserDefault, type, name, sizeof name);
+    for (const INT size : {0, length - 1, length, -1}) {
+      char text[80] = "";
       host::StartJournal();
-      ASSERT_EQ(CallWithWords(ask, text, size, kHigh | wNumber, nStyle), size == 0 || size == 4);
+      ASSERT_EQ(CallWithWords(ask, text, size, kHigh | wNumber, nStyle),
+                size == 0 || size == length);
       const auto cch = static_cast<std::uintptr_t>(size);
       const std::vector<host::Call> expected = {
           {"GetLocaleInfoA", {kUserDefault, type, Word(text), cch}}};
       ASSERT_EQ(host::TakeJournal(), expected) << wNumber << " with style " << nStyle;
-      ASSERT_STREQ(text, size >= 3 ? "abc" : "");  // what doesn't fit is stored as far as it goes
+      ASSERT_STREQ(text,
+                   size >= length - 1 ? name : "");  // what doesn't fit is stored as far as it goes
     }
   }
 }
 
 TEST(LocaleNames, AreAskedForByThePlatformsNumbers) {
+  char clock[8] = "";
+  GetLocaleInfoA(kUserDefault, kClock, clock, sizeof clock);
+  EXPECT_EQ(utTimeFormat(), clock == std::string("1"));
   for (WORD n = 0; n < 7 && !HasFailure(); ++n) {
     const LCTYPE fromMonday = n == 0 ? 6 : n - 1;
     CheckName(utDayOfWeekName, n, kDays + fromMonday, kShortDays + fromMonday);

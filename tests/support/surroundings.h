@@ -1,6 +1,6 @@
-// What the tests ask of the system under them, beside the controls of the platform layer. There are two
-// implementations of both: the platform layer on Linux, and Windows (tests/windows/), where a control that
-// a program has not ends the test as skipped.
+// What the tests ask of the system under them, beside the controls of the platform layer. There are
+// two implementations of both: the platform layer on Linux, and Windows, where a control that a
+// program can't have ends the test as skipped.
 #ifndef TESTS_SUPPORT_SURROUNDINGS_H
 #define TESTS_SUPPORT_SURROUNDINGS_H
 
@@ -8,8 +8,8 @@
 
 namespace test {
 
-// To be called first by a test that needs more of the platform layer than the operations: anywhere else it
-// ends as skipped, and `need` says why.
+// To be called first by a test that only the platform layer has all for: on Windows it ends as
+// skipped, and `need` says why.
 void StayOnHostLayer(const char* need);
 
 // Pages that can't be touched, whole ones of 4,096 bytes; and opens some of them.

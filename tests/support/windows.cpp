@@ -1,17 +1,10 @@
-// The controls of the platform layer, and what else the tests ask of the system, on Windows.
-#include <codepage.h>
-#include <file_time.h>
+// The tests' surroundings on Windows.
 #include <gtest/gtest.h>
-#include <heap.h>
-#include <host.h>
-#include <registry.h>
-#include <user_locale.h>
-#include <version.h>
+#include <windows_system.h>
 
 #include <cstdlib>
 #include <cstring>
 
-#include "imports.h"
 #include "support/entry.h"
 #include "support/repeated_text.h"
 #include "support/surroundings.h"
@@ -41,12 +34,9 @@ char* RepeatedText(std::size_t) {
 
 namespace {
 
-BYTE* Dll() { return reinterpret_cast<BYTE*>(GetModuleHandleA("TAVKIT.DLL")); }
-IMAGE_NT_HEADERS* Headers() {
-  return reinterpret_cast<IMAGE_NT_HEADERS*>(Dll() +
-                                             reinterpret_cast<IMAGE_DOS_HEADER*>(Dll())->e_lfanew);
-}
+BYTE* Dll() { return reinterpret_cast<BYTE*>(windows::Library()); }
 
+// Says where in the DLL a test crashes.
 LONG WINAPI EndAfterException(EXCEPTION_POINTERS* exception) {
   const auto* const place = static_cast<BYTE*>(exception->ExceptionRecord->ExceptionAddress);
   std::printf("signal %lX at TAVKIT.DLL+0x%zx\n", exception->ExceptionRecord->ExceptionCode,
@@ -56,7 +46,13 @@ LONG WINAPI EndAfterException(EXCEPTION_POINTERS* exception) {
   return EXCEPTION_CONTINUE_SEARCH;
 }
 
-class EveryExport : public testing::Environment {
+// Where the library lies, and that the tests have called all of it.
+class WholeLibrary : public testing::Environment {
+  void SetUp() override {
+    const auto preferred = reinterpret_cast<HMODULE>(TAVKIT_PREFERRED_ADDRESS);
+    const bool isTaken = GetModuleHandleA(nullptr) == preferred;
+    EXPECT_EQ(windows::Library() != preferred, isTaken) << "the library was moved";
+  }
   void TearDown() override {
     if (testing::GTEST_FLAG(filter) == "*")
       EXPECT_EQ(windows::Uncalled(), "") << "not called by any test";
@@ -72,50 +68,24 @@ struct Early {
 
 BOOL CallModuleEntry(HMODULE hModule, DWORD dwReason) {
   using Entry = BOOL(WINAPI*)(HMODULE, DWORD, LPVOID);
-  const auto entry = Dll() + Headers()->OptionalHeader.AddressOfEntryPoint;
+  const auto entry =
+      Dll() + windows::HeadersOf(windows::Library()).OptionalHeader.AddressOfEntryPoint;
   return reinterpret_cast<Entry>(entry)(hModule, dwReason, nullptr);
 }
 
 HMODULE StoredModuleHandle() {
-  auto* section = IMAGE_FIRST_SECTION(Headers());
+  auto* section = IMAGE_FIRST_SECTION(&windows::HeadersOf(windows::Library()));
   while (std::strcmp(reinterpret_cast<char*>(section->Name), ".data") != 0) ++section;
   return *reinterpret_cast<HMODULE*>(Dll() + section->VirtualAddress);
 }
 
 bool Connect() {
   SetUnhandledExceptionFilter(EndAfterException);
+  windows::onMissingControl = StayOnHostLayer;
   windows::WatchOperations();
-  testing::AddGlobalTestEnvironment(new EveryExport);
+  testing::AddGlobalTestEnvironment(new WholeLibrary);
   std::printf("TAVKIT.DLL at %p, code page %u\n", static_cast<void*>(Dll()), GetACP());
   return true;
 }
 
 }  // namespace test
-
-namespace host {
-
-void Reset() {
-  ResetControls();
-  for (auto* count : {&windows::livingBlocks, &windows::livingKeys, &windows::wrongFrees})
-    *count = 0;
-  RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\Brindlex");
-}
-
-std::size_t LivingBlocks() { return windows::livingBlocks; }
-std::size_t LivingKeyHandles() { return windows::livingKeys; }
-std::string HeapError() {
-  if (windows::wrongFrees != 0) return "the system refused to free a block";
-  return HeapValidate(GetProcessHeap(), 0, nullptr) ? "" : "the heap is damaged";
-}
-
-// The environment chooses these for the whole process.
-bool SetCodePage(unsigned codePage) { return codePage == GetACP(); }
-unsigned CodePage() { return GetACP(); }
-bool IsLeadByte(unsigned char byte) { return IsDBCSLeadByte(byte) != 0; }
-void SetZoneBias(int) {}
-
-void SetTimeSuccess(BOOL) { test::StayOnHostLayer("what time conversions answer"); }
-void SetLocaleText(LCTYPE, const std::string&) { test::StayOnHostLayer("the text of a setting"); }
-void SetVersion(DWORD, DWORD) { test::StayOnHostLayer("the system's version"); }
-
-}  // namespace host

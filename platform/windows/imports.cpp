@@ -1,19 +1,24 @@
-#include "imports.h"
-
 #include <algorithm>
 #include <cstring>
 #include <map>
 
+#include "windows_system.h"
+
 namespace windows {
 
-void ReplaceImports(HMODULE hModule,
-                    const std::function<void*(const std::string& module, const std::string& name,
-                                              void* address)>& replace) {
+HMODULE Library() { return GetModuleHandleA("TAVKIT.DLL"); }
+
+const IMAGE_NT_HEADERS& HeadersOf(HMODULE hModule) {
+  const auto* const base = reinterpret_cast<const BYTE*>(hModule);
+  return *reinterpret_cast<const IMAGE_NT_HEADERS*>(
+      base + reinterpret_cast<const IMAGE_DOS_HEADER*>(base)->e_lfanew);
+}
+
+void ReplaceImports(HMODULE hModule, const Replacement& replacement) {
   auto* const base = reinterpret_cast<BYTE*>(hModule);
-  const auto* const nt = reinterpret_cast<IMAGE_NT_HEADERS*>(
-      base + reinterpret_cast<IMAGE_DOS_HEADER*>(base)->e_lfanew);
-  const auto& directory = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-  auto* imports = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
+  const auto* const directories = HeadersOf(hModule).OptionalHeader.DataDirectory;
+  const auto imported = directories[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+  auto* imports = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imported);
   for (; imports->Name != 0; ++imports) {
     std::string module = reinterpret_cast<char*>(base + imports->Name);
     std::transform(module.begin(), module.end(), module.begin(), tolower);
@@ -27,7 +32,7 @@ void ReplaceImports(HMODULE hModule,
                             : std::string(reinterpret_cast<const char*>(byName->Name));
       DWORD protection;
       VirtualProtect(slots, sizeof *slots, PAGE_READWRITE, &protection);
-      *slots = replace(module, name, *slots);
+      *slots = replacement(module, name, *slots);
       VirtualProtect(slots, sizeof *slots, protection, &protection);
     }
   }
@@ -35,8 +40,8 @@ void ReplaceImports(HMODULE hModule,
 
 namespace {
 
-// Counts, and jumps on to what it stands for; `inc` and `jmp` reach the count and the address before it,
-// at 32 bits by their address and at 64 by the distance.
+// Counts, and jumps on to what it stands for. `inc` and `jmp` reach the count and the target by their
+// address at 32 bits, by the distance at 64.
 struct Counter {
   void* target;
   DWORD count = 0;
@@ -94,7 +99,5 @@ std::string Uncalled() {
   }
   return names;
 }
-
-volatile LONG livingBlocks, livingKeys, wrongFrees;
 
 }  // namespace windows

@@ -1,7 +1,7 @@
 // The operations of platform/win32.h as the system's own header declares them.
-#ifndef TESTS_WINDOWS_WIN32_H
-#define TESTS_WINDOWS_WIN32_H
+#ifndef PLATFORM_WINDOWS_WIN32_H
+#define PLATFORM_WINDOWS_WIN32_H
 
 #include <windows.h>
 
-#endif  // TESTS_WINDOWS_WIN32_H
+#endif  // PLATFORM_WINDOWS_WIN32_H
