@@ -107,11 +107,11 @@ TEST_F(Dialog, MovesTheLookOfTheDefaultWithTheFocus) {
 }
 
 TEST_F(Desktop, CutsStringsToWholeCharacters) {
-  host::SetString(nullptr, 5, "text");
+  host::SetString(nullptr, 5, "plain");
   if (host::SetCodePage(932)) host::SetString(nullptr, 6, "a\x93\xFAz");
   // clang-format off
   const struct { unsigned codePage; UINT id; int capacity; std::string text; } rows[] = {
-      {1252, 5, 9, "text"}, {1252, 0x10005, 3, "te"}, {1252, 7, 9, ""}, {932, 6, 1, ""},
+      {1252, 5, 9, "plain"}, {1252, 0x10005, 3, "pl"}, {1252, 7, 9, ""}, {932, 6, 1, ""},
       {932, 6, 2, "a"}, {932, 6, 3, "a"}, {932, 6, 4, "a\x93\xFA"}, {932, 6, 9, "a\x93\xFAz"}};
   // clang-format on
   for (const auto& row : rows) {
