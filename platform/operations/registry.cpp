@@ -17,6 +17,7 @@ constexpr LONG kErrorNoAccess = 998;
 constexpr LONG kErrorKeyDeleted = 1018;
 
 constexpr std::size_t kMaxValueNameLength = 16383;
+constexpr std::size_t kMaxNameLength = 32766;  // that can be asked for
 
 constexpr DWORD kCreatedNewKey = 1;
 constexpr DWORD kOpenedExistingKey = 2;
@@ -251,6 +252,7 @@ LONG UT_API RegQueryValueExA(HKEY hKey, LPCSTR pszValueName, LPDWORD pdwReserved
   // What a failure leaves behind.
   if (pdwType != nullptr) *pdwType = REG_NONE;
   if (pData == nullptr && pcbData != nullptr) *pcbData = 0;
+  if (host::NameOf(pszValueName).size() > host::kMaxNameLength) return ERROR_INVALID_PARAMETER;
   return host::OnKey(hKey, KEY_QUERY_VALUE, [&](const host::KeyPointer& key) {
     return host::QueryValue(*key, pszValueName, pdwType, pData, pcbData);
   });

@@ -111,10 +111,13 @@ TEST_F(RegistryKeys, KeepsValuesAndTellsOfMissingOnes) {
     ASSERT_EQ(Set("V", row.type, row.data, row.size), 0);
     EXPECT_EQ(Query("v", row.room), row.answer) << &row - rows;
   }
-  for (const auto& [length, code] : {std::pair(255u, 0), {16383u, 0}, {16384u, 87}}) {
+  for (const auto& [length, code, answer] : {std::tuple(16383u, 0, "0 3 1 d........"),
+                                             {16384u, 87, "2 0 1 ........."},
+                                             {32766u, 87, "2 0 1 ........."},
+                                             {32767u, 87, "87 0 1 ........."}}) {
     const std::string name(length, 'n');
     EXPECT_EQ(Set(name.c_str(), 3, "d", 1), code) << length;
-    EXPECT_EQ(Query(name.c_str(), 1), code == 0 ? "0 3 1 d........" : "2 0 1 .........");
+    EXPECT_EQ(Query(name.c_str(), 1), answer) << length;
   }
 }
 
