@@ -1,5 +1,4 @@
-// Each operation that the library imports, behind a function that asks the controls of host.h
-// first.
+// Each operation that the library imports, behind a function that asks host.h's controls first.
 #include <host.h>
 
 #include <algorithm>
