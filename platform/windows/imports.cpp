@@ -40,8 +40,8 @@ void ReplaceImports(HMODULE hModule, const Replacement& replacement) {
 
 namespace {
 
-// Counts, and jumps on to what it stands for. `inc` and `jmp` reach the count and the target by their
-// address at 32 bits, by the distance at 64.
+// Counts, and jumps on to what it stands for. `inc` and `jmp` reach the count and the target by
+// their address at 32 bits, by the distance at 64.
 struct Counter {
   void* target;
   DWORD count = 0;
