@@ -79,7 +79,7 @@ if(TAVKIT_NATIVE)
 endif()
 if(TAVKIT_NATIVE OR CMAKE_SIZEOF_VOID_P EQUAL 8)
   file(GLOB host_tests CONFIGURE_DEPENDS tests/host/*.cpp tests/contract/*.cpp)
-  list(FILTER host_tests EXCLUDE REGEX "/contract/windows.cpp$")
+
   add_executable(host_tests ${host_tests})
   target_link_libraries(host_tests PRIVATE host_platform gtest gmock gtest_main)
   target_include_directories(host_tests PRIVATE tests)

@@ -40,13 +40,13 @@ endfunction()
 # The tests of the controls themselves stay with the platform layer.
 file(GLOB library_tests CONFIGURE_DEPENDS tests/library/*.cpp)
 list(FILTER library_tests EXCLUDE REGEX "/(dialog|faults)_test.cpp$")
-file(GLOB windows_sources CONFIGURE_DEPENDS platform/windows/*.cpp)
-windows_tests(library_on_windows ${library_tests} ${windows_sources} platform/operations/host.cpp
-              tests/support/main.cpp tests/support/windows.cpp)
+file(GLOB windows_sources CONFIGURE_DEPENDS platform/windows/*.cpp platform/operations/host.cpp)
+windows_tests(library_on_windows ${library_tests} ${windows_sources} tests/support/main.cpp
+              tests/support/windows.cpp)
 target_precompile_headers(library_on_windows PRIVATE <gmock/gmock.h> <gtest/gtest.h> <tavkit.h>)
 
 function(test_program name library)
-  add_executable(${name} tests/contract/strings.rc)
+  add_executable(${name} platform/windows/strings.rc)
   target_link_libraries(${name} PRIVATE library_on_windows ${release}/lib/${library}.lib)
   target_link_options(${name} PRIVATE -static ${ARGN})
   set_target_properties(${name} PROPERTIES LINK_DEPENDS
@@ -59,8 +59,7 @@ test_program(by_ordinal tavkit-ordinals -Wl,--image-base=${preferred})
 
 # What the operations answer, asked of the system itself: no library is in it.
 file(GLOB contract_tests CONFIGURE_DEPENDS tests/contract/*.cpp)
-list(FILTER contract_tests EXCLUDE REGEX "/layer.cpp$")
-windows_tests(contract_on_windows ${contract_tests})
-add_executable(contract tests/contract/strings.rc)
+windows_tests(contract_on_windows ${contract_tests} ${windows_sources})
+add_executable(contract platform/windows/strings.rc)
 target_link_libraries(contract PRIVATE contract_on_windows gtest_main)
 target_link_options(contract PRIVATE -static)

@@ -43,8 +43,9 @@
  *
  * @param pszPath      writable string whose buffer also holds one backslash, the component and the
  *                     terminator; NULL does nothing.
- * @param pszComponent the component; NULL or an empty one leaves the path with its backslash. It
- *                     may be the path itself, which is appended with its backslash.
+ * @param pszComponent the component; NULL or an empty one leaves the path with its backslash, and
+ *                     so does one of more bytes than 32 bits count. It may be the path itself,
+ *                     which is appended with its backslash.
  */
 UT_EXPORT(56) void UT_API utAppendPathComponent(LPSTR pszPath, LPCSTR pszComponent);
 /** Wide form of utAppendPathComponent. */

@@ -86,9 +86,9 @@ std::string_view BestFit(std::string_view charset, char16_t unit) {
     return kFullWidth.substr(unit - kFirstFullWidth, 1);
   }
   for (const auto& [of, width, first, fits] : kRuns) {
-    if (of != charset || unit < first || (unit - first) * width >= fits.size()) continue;
+    if (unit < first || (unit - first) * width >= fits.size() || of != charset) continue;
     const auto fit = fits.substr((unit - first) * width, width);
-    return fit == "." ? "" : fit;
+    if (fit != ".") return fit;
   }
   return {};
 }

@@ -1,5 +1,5 @@
-// Code-page conversion through iconv and, where that knows no counterpart, the best fit. If the target
-// is too small, it is filled as far as whole characters go, without a terminator.
+// Code-page conversion through iconv and, where that knows no counterpart, the best fit. If the
+// target is too small, it is filled as far as whole characters go, without a terminator.
 #include "conversion.h"
 
 #include <iconv.h>

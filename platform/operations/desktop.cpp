@@ -69,17 +69,18 @@ void MoveDefaultLook(HWND hDlg, int idDefault, HWND hWndNew) {
 
 int DefaultIdOf(const Window& dialog) { return static_cast<int>(dialog.defaultId & 0xFFFF); }
 
-// Of an id that no control has, the number is remembered all the same.
+// The id of no control, or of one that is no push button, is remembered all the same.
 LRESULT SetDefaultId(HWND hDlg, Window& dialog, DWORD id) {
   const HWND hWndNew = FindItem(hDlg, static_cast<int>(id));
-  if (hWndNew != nullptr && !IsPushButton(hWndNew)) return FALSE;
-  MoveDefaultLook(hDlg, DefaultIdOf(dialog), hWndNew);
+  if (hWndNew == nullptr || IsPushButton(hWndNew)) {
+    MoveDefaultLook(hDlg, DefaultIdOf(dialog), hWndNew);
+  }
   dialog.defaultId = id == 0 ? 0 : DC_HASDEFID << 16 | (id & 0xFFFF);
   return TRUE;
 }
 
-// The focus goes to a control that can take it. A button with the focus looks like the default; while
-// another control has it, the default itself does.
+// The focus goes to a control that can take it. A button with the focus looks like the default;
+// while another control has it, the default itself does.
 void MoveFocus(HWND hDlg, const Window& dialog, HWND hWndNext) {
   const auto* const next = Find(hWndNext);
   if (next != nullptr && next->isEnabled) SetFocus(hWndNext);

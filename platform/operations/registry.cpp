@@ -17,6 +17,7 @@ constexpr LONG kErrorNoAccess = 998;
 constexpr LONG kErrorKeyDeleted = 1018;
 
 constexpr std::size_t kMaxValueNameLength = 16383;
+constexpr std::size_t kMaxNameLength = 32766;  // that can be asked for
 
 constexpr DWORD kCreatedNewKey = 1;
 constexpr DWORD kOpenedExistingKey = 2;
@@ -127,6 +128,11 @@ bool IsText(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ || type
 // What comes back of a text that was stored; a terminator that follows the text is stored along.
 std::vector<unsigned char> StoredText(const char* text, std::size_t size) {
   if (size != 0 && text[size - 1] != 0 && text[size] == 0) ++size;
+  // Half a character at the end takes the terminator along.
+  std::size_t last = 0;
+  const auto isLead = [&] { return IsLeadByte(static_cast<unsigned char>(text[last])); };
+  while (last + 2 < size) last += isLead() ? 2 : 1;
+  if (last + 2 == size && isLead() && text[last + 1] == 0) --size;
   const auto charset = CharsetOf(CodePage());
   Replacement replacement;
   const auto stored = Narrow(Widen({text, size}, charset, replacement), charset, replacement);
@@ -246,6 +252,7 @@ LONG UT_API RegQueryValueExA(HKEY hKey, LPCSTR pszValueName, LPDWORD pdwReserved
   // What a failure leaves behind.
   if (pdwType != nullptr) *pdwType = REG_NONE;
   if (pData == nullptr && pcbData != nullptr) *pcbData = 0;
+  if (host::NameOf(pszValueName).size() > host::kMaxNameLength) return ERROR_INVALID_PARAMETER;
   return host::OnKey(hKey, KEY_QUERY_VALUE, [&](const host::KeyPointer& key) {
     return host::QueryValue(*key, pszValueName, pdwType, pData, pcbData);
   });

@@ -1,4 +1,4 @@
-// Strings in the platform's rules. Byte strings are compared as the wide strings that they stand for.
+// Strings in the platform's rules. Byte strings compare as the wide strings that they stand for.
 #include "text.h"
 
 #include <algorithm>

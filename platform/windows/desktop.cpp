@@ -44,10 +44,11 @@ HWND AddWindow(Window window) {
     SendMessageA(hDlg, DM_SETDEFID, LOWORD(window.defaultId), 0);
     return hDlg;
   }
-  const HWND hWnd = CreateWindowExA(
-      0, "BUTTON", window.text.c_str(), WS_CHILD | WS_VISIBLE | WS_TABSTOP | window.buttonStyle,
-      left, top, right - left, bottom - top, window.hWndParent,
-      reinterpret_cast<HMENU>(static_cast<INT_PTR>(window.id)), nullptr, nullptr);
+  const HWND hWnd =
+      CreateWindowExA(0, window.isPushButton ? "BUTTON" : "EDIT", window.text.c_str(),
+                      WS_CHILD | WS_VISIBLE | WS_TABSTOP | window.buttonStyle, left, top,
+                      right - left, bottom - top, window.hWndParent,
+                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(window.id)), nullptr, nullptr);
   SendMessageA(hWnd, BM_SETCHECK, window.checkState, 0);
   return hWnd;
 }

@@ -9,7 +9,6 @@
 namespace tavkit {
 
 inline constexpr DWORD kBlock = sizeof(__m128i);
-inline constexpr DWORD kBlockBits = 0xFFFF;  // the movemask of a lane mask that is full
 static_assert(kBlock == 16);
 
 // Bytes at any address.

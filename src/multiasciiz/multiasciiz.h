@@ -52,7 +52,7 @@ BOOL UT_API CopyNextAsciiz(const Char<Text>* pszString, Char<Text>*& pCursor, DW
   }
   const DWORD cbString = SizeToCopy<Text>(pszString);
   if (!Fits(AddSizes(cbString, Text::kUnit), cbRemaining)) return FALSE;
-  Text::Copy(pCursor, pszString, cbString);
+  if (!Text::Copy(pCursor, pszString, cbString)) return FALSE;
   pCursor = AddBytes(pCursor, cbString);
   Text::Store(pCursor, 0);
   cbRemaining -= cbString;
@@ -128,12 +128,12 @@ BOOL UT_API Array2MultiAsciiz(const Char<Text>* const* ppszStrings, Char<Text>* 
                               LPDWORD pcStored) {
   DWORD stored = 0;
   bool complete = InitMultiAsciiz(pList, cbList);
-  if (complete && ppszStrings != nullptr) {
-    for (; complete && *ppszStrings != nullptr; ++ppszStrings) {
-      if (IsNullOrEmpty<Text>(*ppszStrings)) continue;
-      complete = CopyNextAsciiz<Text>(*ppszStrings, pList, cbList);
-      if (complete) ++stored;
-    }
+  for (; complete && ppszStrings != nullptr; ++ppszStrings) {
+    const auto* pszString = ReadValue<const Char<Text>*>(ppszStrings);
+    if (pszString == nullptr) break;
+    if (IsNullOrEmpty<Text>(pszString)) continue;
+    complete = CopyNextAsciiz<Text>(pszString, pList, cbList);
+    if (complete) ++stored;
   }
   if (pcStored != nullptr) *pcStored = stored;
   return complete;
@@ -147,7 +147,7 @@ DWORD StoreStarts(const Char<Text>* pList, const Char<Text>** ppszArray, DWORD c
   ZeroUnits<Text> zeros(pList);
   for (const Char<Text>* pEnd; stored < capacity && (pEnd = zeros.Next()) != pList;
        pList = pEnd + 1) {
-    ppszArray[stored++] = pList;
+    WriteValue(&ppszArray[stored++], pList);  // the array may stand at any address
   }
   return stored;
 }

@@ -9,6 +9,13 @@ UT_SHARED(, WideText, WCHAR)
 
 }  // namespace tavkit
 
+#if UINTPTR_MAX > 0xFFFFFFFF
+DWORD ByteText::CheckedLength(const Char* psz, DWORD length) {
+  if (length == 0) return 0;  // the address may be bad
+  return ByteDistance(psz, FindEnd<ByteText>(psz)) < kUncountable ? length : kUncountable;
+}
+#endif
+
 bool WideText::Copy(Char* pszDest, const Char* pszSource) {
   const Char* pszEnd = FindEnd<WideText>(pszSource);
   MoveBytes(pszDest, pszSource, ByteDistance(pszSource, pszEnd) + kUnit);

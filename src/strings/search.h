@@ -6,8 +6,8 @@
 
 namespace tavkit {
 
-// The kinds of stops. Lanes() gives the lane mask of the stops of a block, Is() tells whether a
-// unit is one. Each takes the terminator for a stop.
+// The kinds of stops. Lanes() gives the lane mask of the stops of a block, Is() tells of a unit that
+// a block would cut. The terminator is one of each kind's stops.
 
 template <class Text>
 struct Terminator {
@@ -28,7 +28,7 @@ struct UnitOrTerminator {
   __m128i unit;
 };
 
-// Anything but a unit that isn't zero.
+// Anything but one unit, which isn't zero.
 template <class Text>
 struct OtherUnit {
   explicit OtherUnit(WORD wSkipped) : wUnit(wSkipped), unit(Text::Broadcast(wSkipped)) {}
@@ -45,7 +45,8 @@ struct OtherUnit {
 // Whatever may not be a character of one byte.
 struct PerhapsLeadByte {
   static __m128i Lanes(__m128i units) {
-    // As signed bytes, the terminator and those from 0x80 on are not above zero.
+    // As signed bytes, the terminator and those from there on are not above zero.
+    static_assert(ByteText::kFirstLeadByte == 0x80);
     return _mm_cmplt_epi8(units, _mm_set1_epi8(1));
   }
 };

@@ -77,8 +77,8 @@ DWORD SizeToCopy(const Char<Text>* psz) {
   return psz == nullptr ? 0 : AddSizes(LengthToCopy<Text>(psz), Text::kUnit);
 }
 
-// Both ends are found before the text is moved, so that it is walked once. What the platform fails
-// to move stays as it is.
+// Both ends are found before the text is moved, since reading what was just written takes longer.
+// What the platform fails to move stays as it is.
 template <class Text>
 BOOL UT_API TrimChar(Char<Text>* psz, WORD wChar, WORD wFlags) {
   if (psz == nullptr || !Text::CanMatch(wChar)) return FALSE;
@@ -98,8 +98,8 @@ template <class Text>
 BOOL UT_API CopyMakeAsciiz(LPCVOID pSource, DWORD cbSource, Char<Text>* pszDest, DWORD cbDest) {
   if (!IsBuffer(pszDest, cbDest, Text::kUnit)) return FALSE;
   DWORD count = pSource == nullptr ? 0 : cbSource;
-  // UT_SIZE_UNCHECKED is the largest number, so it cuts nothing.
-  if (count > cbDest - Text::kUnit) count = cbDest - Text::kUnit;
+  const bool isCut = count > cbDest - Text::kUnit && cbDest != UT_SIZE_UNCHECKED;
+  if (isCut) count = cbDest - Text::kUnit;
   MoveBytes(pszDest, pSource, count);
   // The terminator stands at a whole unit, over the half one that an odd count ends with.
   Text::Store(pszDest + count / Text::kUnit, 0);

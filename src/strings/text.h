@@ -45,18 +45,21 @@ struct ByteText {
 
   // A lead byte is 0x80 or above, so that only from there on the platform has to be asked where a
   // character ends.
-  static bool IsSingle(WORD wUnit) { return wUnit < 0x80; }
+  static constexpr WORD kFirstLeadByte = 0x80;
+  static bool IsSingle(WORD wUnit) { return wUnit < kFirstLeadByte; }
   static Tail<Char> FindTail(const Char* psz);
 
-  // Bytes that precede the terminator.
+  // Bytes that precede the terminator. The platform counts them in 32 bits, so that at 64 bits a
+  // longer string is found out by its end.
   static DWORD Length(const Char* psz);
+  static DWORD CheckedLength(const Char* psz, DWORD length);
 
-  // Copies through the terminator, first byte first; false if the platform fails to. The second one
-  // is told the size.
+  // Copies through the terminator, first byte first; false if the platform fails to. One form is
+  // told the size.
   static bool Copy(Char* pszDest, const Char* pszSource) {
     return lstrcpyA(pszDest, pszSource) != nullptr;
   }
-  static void Copy(Char* pszDest, const Char* pszSource, DWORD) { lstrcpyA(pszDest, pszSource); }
+  static bool Copy(Char* pszDest, const Char* pszSource, DWORD) { return Copy(pszDest, pszSource); }
 
   static bool IsSame(const Char* psz1, const Char* psz2, bool caseSensitive) {
     return (caseSensitive ? lstrcmpA(psz1, psz2) : lstrcmpiA(psz1, psz2)) == 0;
@@ -93,8 +96,9 @@ struct WideText {
   static Tail<Char> FindTail(const Char* psz);
   static DWORD Length(const Char* psz);
   static bool Copy(Char* pszDest, const Char* pszSource);
-  static void Copy(Char* pszDest, const Char* pszSource, DWORD cbSource) {
+  static bool Copy(Char* pszDest, const Char* pszSource, DWORD cbSource) {
     MoveBytes(pszDest, pszSource, cbSource);
+    return true;
   }
 
   static bool IsSame(const Char* psz1, const Char* psz2, bool caseSensitive) {
@@ -110,8 +114,8 @@ static_assert(ByteText::kUnit == 1 && WideText::kUnit == 2);
 template <class Text>
 using Char = typename Text::Char;
 
-// A template that an export names alone has the exports' calling convention and result, so that the
-// export is a jump to it.
+// Templates that only an export calls use its calling convention and result type, so that the export
+// compiles to a jump; the smallest are worked into it instead.
 
 // The operations that all layers above share. Each form is compiled once, in exports.cpp.
 
@@ -142,11 +146,7 @@ UT_SHARED(extern, WideText, WCHAR)
 
 inline DWORD ByteText::Length(const Char* psz) {
   const auto length = static_cast<DWORD>(lstrlenA(psz));
-  // It counts in 32 bits: where a string is longer, no terminator stands there.
-  if constexpr (sizeof(size_t) > sizeof(DWORD)) {
-    if (length != 0 && psz[length] != 0) return kUncountable;
-  }
-  return length;
+  return sizeof(size_t) > sizeof(DWORD) ? CheckedLength(psz, length) : length;
 }
 
 inline DWORD WideText::Length(const Char* psz) {

@@ -40,6 +40,7 @@ DWORD SizeServerName(const Char<Text>* pszServer, const Stretch<Text>& bare, INT
   return AddSizes(AddSizes(cbLead, bare.cb), cbPrefix + Text::kUnit);
 }
 
+// The counts of each form by name.
 inline constexpr auto& utSizeUNCName = SizeUncName<ByteText>;
 inline constexpr auto& utSizeUNCNameW = SizeUncName<WideText>;
 inline constexpr auto& utSizeServerName = SizeServerName<ByteText>;

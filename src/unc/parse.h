@@ -45,7 +45,8 @@ template <class Text>
 void UT_API AppendPathComponent(Char<Text>* pszPath, const Char<Text>* pszComponent) {
   if (pszPath == nullptr) return;
   Char<Text>* pszEnd = AppendSeparator<Text>(Text::FindTail(pszPath));
-  CopyToEnd<Text>(pszEnd, BareText<Text>(pszComponent));
+  const auto component = BareText<Text>(pszComponent);
+  if (component.cb != kUncountable) CopyToEnd<Text>(pszEnd, component);
 }
 
 // A component of a UNC name: where it begins, and the backslash that ends it. NULL where the name
@@ -70,7 +71,7 @@ struct UncName {
   Component<Text> server, resource, path;
 };
 
-// Past a run of backslashes, which are few.
+// Past a run of backslashes, which are few. It begins at a separator, so each is a character.
 template <class Text>
 Char<Text>* SkipRun(Char<Text>* psz) {
   while (Text::Load(psz) == kBackslash) ++psz;
@@ -128,6 +129,7 @@ DWORD UT_API BreakUncName(const Char<Text>* pszName, Char<Text>* pszServer, DWOR
                           DWORD cbPath) {
   if (pszName == nullptr) return 0;
   const auto name = ParseUncName<Text>(pszName);
+  // Most strings are no such name, and are told so at once.
   if (name.server.pszStart == nullptr) {
     StoreEmpty<Text>(pszServer, cbServer);
     StoreEmpty<Text>(pszResource, cbResource);

@@ -82,6 +82,7 @@ void Flatten(TakenRecord<Text>& taken, XBuf& xbuf) {
   WriteValue(pCopy, taken.fields);  // the copy may stand at an odd address
 }
 
+// The flattening of each form by name.
 [[maybe_unused]] constexpr auto& utFlattenNETRESOURCE = Flatten<ByteText>;
 [[maybe_unused]] constexpr auto& utFlattenNETRESOURCEW = Flatten<WideText>;
 

@@ -1,23 +1,22 @@
 // What the operations on windows, dialogs and string resources answer.
+#include <codepage.h>
+#include <desktop.h>
 #include <gtest/gtest.h>
+#include <host.h>
 
 #include <cstring>
 #include <string>
 
-#include "contract/surroundings.h"
-
 namespace {
-
-using contract::Kind;
 
 class Desktop : public testing::Test {
  protected:
-  void SetUp() override { contract::StartAnew(); }
+  void SetUp() override { host::Reset(); }
 };
 
 TEST_F(Desktop, PlacesChildrenInTheirParents) {
-  const HWND hWnd = contract::MakeWindow(Kind::kDialog, {10, 20, 310, 220});
-  const HWND hWndItem = contract::MakeWindow(Kind::kButton, {5, 6, 25, 16}, hWnd, 1);
+  const HWND hWnd = host::AddWindow({.rect = {10, 20, 310, 220}});
+  const HWND hWndItem = host::AddWindow({.hWndParent = hWnd, .id = 1, .rect = {5, 6, 25, 16}});
   const auto isAt = [](HWND hWndAsked, const RECT& expected) {
     RECT rect;
     return GetWindowRect(hWndAsked, &rect) && std::memcmp(&rect, &expected, sizeof rect) == 0;
@@ -46,24 +45,22 @@ class Dialog : public Desktop {
  protected:
   void SetUp() override {
     Desktop::SetUp();
-    hDlg_ = contract::MakeWindow(Kind::kDialog, {10, 20, 310, 220});
-    contract::MakeWindow(Kind::kEdit, {0, 0, 50, 20}, hDlg_, kEdit);
-    for (int id = kBack; id <= kLast; ++id) {
-      contract::MakeWindow(Kind::kButton, {0, id, 50, id + 20}, hDlg_, id, id == kNext);
+    hDlg_ = host::AddWindow({});
+    for (int id = kEdit; id <= kLast; ++id) {
+      host::AddWindow({.hWndParent = hDlg_, .id = id, .isPushButton = id != kEdit});
     }
     SendMessageA(hDlg_, DM_SETDEFID, kNext, 0);
     Focus(kEdit);
   }
-  void Focus(int id) {
-    SendMessageA(hDlg_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(hDlg_, id)), 1);
-  }
+  HWND Item(int id) { return GetDlgItem(hDlg_, id); }
+  void Focus(int id) { SendMessageA(hDlg_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(id)), 1); }
   // The default id, the buttons' styles, and the id of the control that has the focus.
   std::string Now() {
     std::string state = std::to_string(SendMessageA(hDlg_, DM_GETDEFID, 0, 0) & 0xFFFF) + ' ';
-    for (int id = kBack; id <= kLast; ++id)
-      state += std::to_string(contract::ButtonStyle(GetDlgItem(hDlg_, id)));
-    for (int id = kEdit; id <= kLast; ++id)
-      if (GetFocus() == GetDlgItem(hDlg_, id)) state += ' ' + std::to_string(id);
+    for (const int id : {kBack, kNext, kLast})
+      state += std::to_string(host::WindowOf(Item(id)).buttonStyle);
+    for (const int id : {kEdit, kBack, kNext, kLast})
+      if (GetFocus() == Item(id)) state += ' ' + std::to_string(id);
     return state;
   }
 
@@ -74,7 +71,7 @@ class Dialog : public Desktop {
 TEST_F(Dialog, MovesTheDefaultWithItsId) {
   EXPECT_EQ(Now(), "1002 010 1000");
   const std::pair<WPARAM, const char*> rows[] = {
-      {kBack, "1001 100 1000"}, {kLast, "1003 001 1000"},           {kEdit, "1003 001 1000"},
+      {kBack, "1001 100 1000"}, {kLast, "1003 001 1000"},           {kEdit, "1000 001 1000"},
       {4444, "4444 000 1000"},  {0x10000 + kBack, "1001 000 1000"}, {0, "0 000 1000"},
       {kNext, "1002 010 1000"}};
   for (const auto& [id, state] : rows) {
@@ -92,18 +89,17 @@ TEST_F(Dialog, MovesTheLookOfTheDefaultWithTheFocus) {
     Focus(id);
     EXPECT_EQ(Now(), state);
   }
-  EXPECT_EQ(EnableWindow(GetDlgItem(hDlg_, kNext), FALSE), 0);
+  EXPECT_EQ(EnableWindow(Item(kNext), FALSE), 0);
   EXPECT_EQ(Now(), "1002 010");
-  EXPECT_TRUE(
-      PostMessageA(hDlg_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(hDlg_, kBack)), 1));
+  EXPECT_TRUE(PostMessageA(hDlg_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(kBack)), 1));
   EXPECT_EQ(Now(), "1002 010");
-  contract::RunMessages();
+  host::RunMessages();
   EXPECT_EQ(Now(), "1002 100 1001");
-  EXPECT_EQ(EnableWindow(GetDlgItem(hDlg_, kLast), FALSE), 0);
-  EXPECT_FALSE(IsWindowEnabled(GetDlgItem(hDlg_, kLast)));
+  EXPECT_EQ(EnableWindow(Item(kLast), FALSE), 0);
+  EXPECT_FALSE(IsWindowEnabled(Item(kLast)));
   Focus(kLast);
   EXPECT_EQ(Now(), "1002 001 1001");
-  EXPECT_NE(EnableWindow(GetDlgItem(hDlg_, kLast), TRUE), 0);
+  EXPECT_NE(EnableWindow(Item(kLast), TRUE), 0);
   Focus(4444);
   EXPECT_EQ(Now(), "1002 000 1001");
   EXPECT_FALSE(PostMessageA(reinterpret_cast<HWND>(7), WM_NEXTDLGCTL, 0, 0));
@@ -111,16 +107,15 @@ TEST_F(Dialog, MovesTheLookOfTheDefaultWithTheFocus) {
 }
 
 TEST_F(Desktop, CutsStringsToWholeCharacters) {
-  const struct {
-    unsigned codePage;
-    UINT id;
-    int capacity;
-    std::string text;
-  } rows[] = {{1252, 5, 9, "plain"},     {1252, 0x10005, 3, "pl"}, {932, 6, 1, ""},
-              {932, 6, 2, "a"},          {932, 6, 3, "a"},         {932, 6, 4, "a\x93\xFA"},
-              {932, 6, 9, "a\x93\xFAz"}, {1252, 7, 9, ""}};
+  host::SetString(nullptr, 5, "plain");
+  if (host::SetCodePage(932)) host::SetString(nullptr, 6, "a\x93\xFAz");
+  // clang-format off
+  const struct { unsigned codePage; UINT id; int capacity; std::string text; } rows[] = {
+      {1252, 5, 9, "plain"}, {1252, 0x10005, 3, "pl"}, {1252, 7, 9, ""}, {932, 6, 1, ""},
+      {932, 6, 2, "a"}, {932, 6, 3, "a"}, {932, 6, 4, "a\x93\xFA"}, {932, 6, 9, "a\x93\xFAz"}};
+  // clang-format on
   for (const auto& row : rows) {
-    if (!contract::UseCodePage(row.codePage)) continue;
+    if (!host::SetCodePage(row.codePage)) continue;
     char text[9] = "????????";
     EXPECT_EQ(LoadStringA(nullptr, row.id, text, row.capacity), std::ssize(row.text));
     EXPECT_EQ(text, row.text);

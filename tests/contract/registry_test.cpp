@@ -1,29 +1,29 @@
 // What the operations on the registry answer.
+#include <codepage.h>
 #include <gtest/gtest.h>
+#include <host.h>
 
 #include <cstring>
 #include <string>
-
-#include "contract/surroundings.h"
 
 namespace {
 
 using namespace std::string_literals;
 
-class Registry : public testing::Test {
+class RegistryKeys : public testing::Test {
  protected:
   void SetUp() override {
-    contract::StartAnew();
+    host::Reset();
     key_ = Make("", KEY_ALL_ACCESS, 1);
   }
   void TearDown() override { RegCloseKey(key_); }
 
+  // Below a key of the library's, which no other test leaves anything in.
   static HKEY Make(const std::string& path, REGSAM access, DWORD expected) {
     HKEY key = nullptr;
     DWORD disposition = 0;
-    EXPECT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, ("Software\\Contract" + path).c_str(), 0, nullptr,
-                              0, access, nullptr, &key, &disposition),
-              0);
+    RegCreateKeyExA(HKEY_CURRENT_USER, ("Software\\Brindlex" + path).c_str(), 0, nullptr, 0, access,
+                    nullptr, &key, &disposition);
     EXPECT_EQ(disposition, expected);
     return key;
   }
@@ -45,7 +45,7 @@ class Registry : public testing::Test {
   HKEY key_ = nullptr;
 };
 
-TEST_F(Registry, HoldsCallersToTheRightsOfTheirHandles) {
+TEST_F(RegistryKeys, HoldsCallersToTheRightsOfTheirHandles) {
   const BYTE data[] = {1, 2, 3};
   BYTE buffer[3] = {};
   DWORD size = 3;
@@ -66,15 +66,17 @@ TEST_F(Registry, HoldsCallersToTheRightsOfTheirHandles) {
   EXPECT_EQ(RegDeleteKeyA(key_, "a\\b\\c"), 0);
   EXPECT_EQ(RegDeleteKeyA(key_, "a\\b\\c"), ERROR_FILE_NOT_FOUND);
   EXPECT_EQ(RegSetValueExA(writer, "Name", 0, 3, data, 3), 1018);  // the key is deleted
-  for (const HKEY key : {reader, writer, HKEY_USERS}) EXPECT_EQ(RegCloseKey(key), 0);
+  for (const HKEY key : {reader, writer}) EXPECT_EQ(RegCloseKey(key), 0);
   EXPECT_EQ(RegCloseKey(reader), ERROR_INVALID_HANDLE);
 }
 
-TEST_F(Registry, OpensKeysOrGivesNull) {
+TEST_F(RegistryKeys, OpensKeysOrGivesNull) {
   RegCloseKey(Make("\\A\\B", KEY_READ, 1));
   RegCloseKey(Make("\\A\\\\B\\", KEY_READ, 2));
-  const std::pair<const char*, LONG> rows[] = {{"a", 0},    {"A\\b", 0}, {"", 0},     {"x", 2},
-                                               {"x\\y", 2}, {"A/B", 2},  {"\\", 161}, {"\\a", 161}};
+  // clang-format off
+  const std::pair<const char*, LONG> rows[] = {
+      {"a", 0}, {"A\\b", 0}, {"", 0}, {"x", 2}, {"x\\y", 2}, {"A/B", 2}, {"\\", 161}, {"\\a", 161}};
+  // clang-format on
   for (const auto& [path, code] : rows) {
     auto key = reinterpret_cast<HKEY>(1);
     EXPECT_EQ(RegOpenKeyExA(key_, path, 0, KEY_READ, &key), code) << path;
@@ -84,65 +86,58 @@ TEST_F(Registry, OpensKeysOrGivesNull) {
   auto key = reinterpret_cast<HKEY>(1);
   EXPECT_EQ(RegOpenKeyExA(reinterpret_cast<HKEY>(0x7770), "x", 0, KEY_READ, &key), 6);
   EXPECT_EQ(key, nullptr);
-  EXPECT_EQ(RegOpenKeyExA(key_, "a", 0, KEY_READ, nullptr), ERROR_INVALID_PARAMETER);
 }
 
-TEST_F(Registry, KeepsValuesAndTellsOfMissingOnes) {
+TEST_F(RegistryKeys, KeepsValuesAndTellsOfMissingOnes) {
   EXPECT_EQ(Query("v", 9), "2 0 9 .........");
   EXPECT_EQ(Query("v", -1), "2 0 0 .........");
   EXPECT_EQ(Query(nullptr, -1), "2 0 0 .........");
   EXPECT_EQ(RegSetValueExA(key_, "v", 0, REG_BINARY, nullptr, 3), 998);
-  const struct {
-    DWORD type;
-    const char* data;
-    std::size_t size;
-    int room;
-    std::string answer;
-  } rows[] = {
-      {9, "\1\2\3", 3, 3, "0 9 3 \1\2\3......"},
-      {9, "\1\2\3", 3, 2, "234 9 3 ........."},
-      {9, "\1\2\3", 3, -1, "0 9 3 ........."},
-      {REG_BINARY, "hello", 5, 9, "0 3 5 hello...."},
+  // Data with what follows them, and how many of them are stored.
+  // clang-format off
+  const struct { DWORD type; std::string data; std::size_t size; int room;
+                 std::string answer; } rows[] = {
+      {9, "\1\2\3", 3, 3, "0 9 3 \1\2\3......"}, {9, "\1\2\3", 3, 2, "234 9 3 ........."},
+      {9, "\1\2\3", 3, -1, "0 9 3 ........."}, {REG_BINARY, "hello", 5, 9, "0 3 5 hello...."},
       {REG_SZ, "hello more", 5, 5, "0 1 5 hello...."},
       {REG_SZ, "hello more", 5, 6, "0 1 5 hello\0..."s},
-      {REG_SZ, "hello", 5, -1, "0 1 6 ........."},
-      {REG_SZ, "hello", 5, 5, "234 1 6 ........."},
-      {REG_SZ, "hello", 6, 9, "0 1 6 hello\0..."s},
-      {REG_SZ, "", 0, 9, "0 1 0 ........."},
+      {REG_SZ, "hello", 5, -1, "0 1 6 ........."}, {REG_SZ, "hello", 5, 5, "234 1 6 ........."},
+      {REG_SZ, "hello", 6, 9, "0 1 6 hello\0..."s}, {REG_SZ, "", 0, 9, "0 1 0 ........."},
       {REG_EXPAND_SZ, "hello more", 5, 9, "0 2 5 hello\0..."s},
-      {REG_MULTI_SZ, "a\0bc", 4, 9, "0 7 5 a\0bc\0...."s},
+      {REG_MULTI_SZ, "a\0bc"s, 4, 9, "0 7 5 a\0bc\0...."s},
   };
+  // clang-format on
   for (const auto& row : rows) {
-    ASSERT_EQ(Set("V", row.type, std::string(row.data, row.size == 4 ? 5 : std::strlen(row.data)),
-                  row.size),
-              0);
+    ASSERT_EQ(Set("V", row.type, row.data, row.size), 0);
     EXPECT_EQ(Query("v", row.room), row.answer) << &row - rows;
   }
-  for (const auto& [length, code] : {std::pair(255u, 0), {16383u, 0}, {16384u, 87}}) {
+  for (const auto& [length, code, answer] : {std::tuple(16383u, 0, "0 3 1 d........"),
+                                             {16384u, 87, "2 0 1 ........."},
+                                             {32766u, 87, "2 0 1 ........."},
+                                             {32767u, 87, "87 0 1 ........."}}) {
     const std::string name(length, 'n');
     EXPECT_EQ(Set(name.c_str(), 3, "d", 1), code) << length;
-    EXPECT_EQ(Query(name.c_str(), 1), code == 0 ? "0 3 1 d........" : "2 0 1 .........");
+    EXPECT_EQ(Query(name.c_str(), 1), answer) << length;
   }
 }
 
-TEST_F(Registry, TakesNamesAndTextsForWideOnes) {
-  if (contract::UseCodePage(1252)) {
+TEST_F(RegistryKeys, TakesNamesAndTextsForWideOnes) {
+  if (host::SetCodePage(1252)) {
     Set("\xE9\xFF", 3, "d", 1);
     EXPECT_EQ(Query("\xC9\x9F", 1), "0 3 1 d........");
   }
-  if (!contract::UseCodePage(932)) return;
-  for (const auto& [name, other] :
-       {std::pair("\x82\x60", "\x82\x81"), {"\x84\x40", "\x84\x70"}, {"\x9A", "\x8A"}}) {
-    Set(name, 3, "d", 1);
-    EXPECT_EQ(Query(other, 1), "0 3 1 d........");
-    RegDeleteValueA(key_, name);
+  if (!host::SetCodePage(932)) return;
+  for (const std::string name : {"\x82\x60\x82\x81", "\x84\x40\x84\x70", "\x9A\x8A"}) {
+    const auto half = name.size() / 2;
+    Set(name.substr(0, half).c_str(), 3, "d", 1);
+    EXPECT_EQ(Query(name.substr(half).c_str(), 1), "0 3 1 d........");
+    RegDeleteValueA(key_, name.substr(half).c_str());
   }
-  for (const auto& [text, stored] : {std::pair("\x93\xFA\x9D"s, "\x93\xFA\x81\x45"s),
-                                     {"\x81", "\x81\x45"},
-                                     {"\x81 ", "\x81\x45"},
-                                     {"\xEB@", "\x81\x45"}}) {
+  // Half a character at the end takes the terminator along, which is added again.
+  for (const auto& [text, size] :
+       {std::pair("\x93\xFA\x9D"s, '4'), {"\x93\xFA\x81 ", '5'}, {"\x93\xFA\xEB@", '5'}}) {
     Set("v", REG_SZ, text, text.size() + 1);
-    EXPECT_EQ(Query("v", 9).substr(6), stored + '\0' + std::string(8 - stored.size(), '.'));
+    EXPECT_EQ(Query("v", 9), "0 1 "s + size + " \x93\xFA\x81\x45\0...."s);
   }
 }
 

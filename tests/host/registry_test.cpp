@@ -52,6 +52,7 @@ TEST_F(Registry, KeepsNamesAsFirstWrittenAndMakesNothingOfBadOnes) {
   EXPECT_EQ(std::tuple(key.name, key.values.size(), value.name, value.type),
             std::tuple("b", 1u, "Name", 9u));
   EXPECT_EQ(RegDeleteKeyA(HKEY_CURRENT_USER, ""), ERROR_ACCESS_DENIED);
+  EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "", 0, KEY_READ, nullptr), ERROR_INVALID_PARAMETER);
   for (const auto& path : {"made\\" + std::string(256, 'x'), Path("d\\", 512)}) {
     HKEY made = nullptr;
     EXPECT_EQ(RegCreateKeyExA(HKEY_USERS, path.c_str(), 0, nullptr, 0, 0, nullptr, &made, nullptr),

@@ -125,8 +125,6 @@ TYPED_TEST(LargeTest, SumsOfSizesDontWrap) {
   EXPECT_TRUE(SameBytes(out.Bytes(), test::Over(test::Pattern(64), test::Bytes(this->kUnit))));
 }
 
-#if __SIZEOF_POINTER__ == 4
-
 // A platform that gives one of the strings a length of nearly 4 GiB.
 TEST(Sums, OfPlannedLengthsDontWrap) {
   char a[] = "a", list[] = "b\0c\0";
@@ -155,7 +153,5 @@ TEST(Sums, OfPlannedLengthsDontWrap) {
   }
   utXBufDestroy(hXBuf);
 }
-
-#endif
 
 }  // namespace
