@@ -1,4 +1,4 @@
-// The controls of the platform layer on Windows: what there is to ask for, and what isn't there.
+// The controls of the platform layer on Windows, and those that a program can't have there.
 #include <codepage.h>
 #include <file_time.h>
 #include <heap.h>

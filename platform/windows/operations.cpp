@@ -1,4 +1,4 @@
-// Each operation that the library imports, behind a function that asks host.h's controls first.
+// Each operation that the library imports, behind a function that asks the controls of host.h.
 #include <host.h>
 
 #include <algorithm>
