@@ -1,4 +1,5 @@
-// The controls of the platform layer on Windows: what there is to ask for, and what isn't there.
+// The controls of the platform layer on Windows: what there is to ask, and what a program can't
+// have.
 #include <codepage.h>
 #include <file_time.h>
 #include <heap.h>

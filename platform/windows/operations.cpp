@@ -1,4 +1,5 @@
-// Each operation that the library imports, behind a function that asks host.h's controls first.
+// Each operation that the library imports, behind a function that asks the controls of host.h
+// first.
 #include <host.h>
 
 #include <algorithm>
