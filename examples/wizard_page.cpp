@@ -45,7 +45,7 @@ HWND OpenWizard() {
     left += 85;
   }
   for (const auto& [id, name] : kChoices) {
-    host::AddWindow({.hWndParent = hDlg, .id = id, .text = name});
+    host::AddWindow({.hWndParent = hDlg, .id = id, .text = name, .isPushButton = false});
   }
   utSetDlgButtonAsDefault(hDlg, kNext, 0);
   host::SetFocus(GetDlgItem(hDlg, kNext));

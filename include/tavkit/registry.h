@@ -144,7 +144,7 @@ DWORD UT_API utRegGetValueBool(HKEY hKey, LPCSTR pszSubKey, LPCSTR pszValueName,
  * Writes a text, as REG_SZ with its terminator.
  *
  * @param hKey, pszSubKey, pszValueName the value.
- * @param pszText the text; NULL writes an empty one. One of more bytes than 32 bits count is refused.
+ * @param pszText the text; NULL writes an empty one. More bytes than 32 bits count are refused.
  * @param fCreate non-zero to make a key that isn't there.
  * @return the result of utRegSetValue; ERROR_INVALID_PARAMETER for a text that was refused.
  */

@@ -6,8 +6,8 @@
 
 namespace tavkit {
 
-// The kinds of stops. Lanes() gives the lane mask of the stops of a block, Is() tells of a unit that
-// a block would cut. The terminator is one of each kind's stops.
+// The kinds of stops. Lanes() gives the lane mask of the stops of a block, Is() tells of a unit
+// that a block would cut. The terminator is one of each kind's stops.
 
 template <class Text>
 struct Terminator {

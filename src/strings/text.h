@@ -114,8 +114,8 @@ static_assert(ByteText::kUnit == 1 && WideText::kUnit == 2);
 template <class Text>
 using Char = typename Text::Char;
 
-// Templates that only an export calls use its calling convention and result type, so that the export
-// compiles to a jump; the smallest are worked into it instead.
+// Templates that only an export calls use its calling convention and result type, so that the
+// export compiles to a jump; the smallest are worked into it instead.
 
 // The operations that all layers above share. Each form is compiled once, in exports.cpp.
 
