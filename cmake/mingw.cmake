@@ -37,7 +37,7 @@ function(windows_tests name)
   target_compile_options(${name} PRIVATE -Wno-attributes)
 endfunction()
 
-# The tests of the controls themselves stay with the platform layer.
+# Two files take controls of every answer, which only the platform layer has.
 file(GLOB library_tests CONFIGURE_DEPENDS tests/library/*.cpp)
 list(FILTER library_tests EXCLUDE REGEX "/(dialog|faults)_test.cpp$")
 file(GLOB windows_sources CONFIGURE_DEPENDS platform/windows/*.cpp platform/operations/host.cpp)

@@ -1,5 +1,5 @@
 // Windows and dialogs: what the functions ask and tell the platform, call by call, with every
-// platform call failing in turn.
+// platform call failing in turn. On the platform layer only.
 #include <desktop.h>
 #include <gtest/gtest.h>
 #include <host.h>

@@ -1,7 +1,7 @@
 // The exports that call the platform, with each of these calls failing in turn, once with each code
 // that it may give. For the string operations (lstr*), which fail for bad addresses only, it is
 // checked only that no key and no block is left. The default button of a dialog, which goes on at
-// every failure, has a model of its own in dialog_test.cpp.
+// every failure, has a model of its own in dialog_test.cpp. On the platform layer only.
 #include <desktop.h>
 #include <gtest/gtest.h>
 #include <heap.h>
