@@ -125,12 +125,12 @@ TYPED_TEST(LargeTest, SumsOfSizesDontWrap) {
   EXPECT_TRUE(SameBytes(out.Bytes(), test::Over(test::Pattern(64), test::Bytes(this->kUnit))));
 }
 
-// A platform that gives one of the strings a length of nearly 4 GiB.
+// A platform that gives one of the strings a length of nearly 4 GiB, or fails to count it.
 TEST(Sums, OfPlannedLengthsDontWrap) {
   char a[] = "a", list[] = "b\0c\0";
   const NETRESOURCEA record = {1, 2, 3, 4, a, a, a, a};
   const HXBUF hXBuf = utXBufCreate(64, nullptr);
-  for (const DWORD length : {0xFFFFFFFFu, 0xFFFFFFFEu, 0xFFFFFFF9u}) {
+  for (const DWORD length : {0u, 0xFFFFFFFFu, 0xFFFFFFFEu, 0xFFFFFFF9u}) {
     const auto check = [&](unsigned strings, const auto& call) {
       for (unsigned n = 1; n <= strings; ++n) {
         GuardedBuffer out(64);

@@ -274,10 +274,14 @@ TEST(ByteStrings, AskThePlatformAboutCharacters) {
 }
 
 TEST(ByteStrings, TakeWhatAFailingPlatformGives) {
-  GuardedText<char> text("  ab");
+  GuardedText<char> text("  ab ");
   host::FailCall(1, 0, "lstrcpyA");
-  EXPECT_EQ(utTrimChar(text.get(), ' ', UT_TRIM_LEADING), 1);
-  EXPECT_STREQ(text.get(), "  ab");
+  EXPECT_EQ(utTrimChar(text.get(), ' ', UT_TRIM_LEADING | UT_TRIM_TRAILING), 1);
+  EXPECT_STREQ(text.get(), "  ab ");
+  char list[8] = "a\0";
+  host::FailCall(1, 0, "lstrcpyA");
+  EXPECT_EQ(utAppendMultiAsciiz("b", list, sizeof list), 0);
+  EXPECT_EQ(utMultiAsciizSize(list, 0), 2u);
 
   GuardedBuffer dest(3);
   host::FailCall(1, 0, "lstrlenA");  // gives 0, so one byte is copied and ended
