@@ -34,7 +34,7 @@ run_tests() {
 
 # show LOG: what leads to the place of a failure: the first one, and the names of some others.
 show() {
-  grep -q '^\[ RUN' "$1" || { grep -v '^ok ' "$1" | head -n 20; return; }
+  grep -q '^\[ RUN' "$1" || { grep -v '^ok ' "$1" | head -n 20 || true; return; }
   awk '
     /^\[ RUN/ { lines = text = "" }
     lines++ < 12 { text = text "  " $0 "\n" }
