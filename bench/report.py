@@ -198,7 +198,7 @@ Each row is one piece of work, done by an export and by a peer that a user would
 compared first. Then both are timed in turn, in 25 batches of at least 0.04 ms, and the lower quartile of each
 counts. An export is called through an address, as a program calls an imported function; its peer is a called
 function too. What a peer takes where the compiler works it into its caller stands beside it in the whole table,
-without a goal. Where a byte form calls `CharNextA`, `lstrlenA` or `lstrcpyA`, these very calls are recorded,
+without a goal. Where an export calls `CharNextA`, `lstrlenA`, `lstrcpyA` or `LocalAlloc`, these very calls are recorded,
 made again alone in the same run, and taken off our time; `raw` in the whole table is the ratio with them. A
 change of a list is taken back in the same piece of work, and a text to be trimmed is put back first, on both
 sides and in both times. Lengths of 1 to 32 make one row, which is lost if any of them is. Noise is how far the
