@@ -166,6 +166,7 @@ std::vector<Server> Gather(const std::vector<Entry>& entries) {
     if (entry->parts & UT_UNC_RESOURCE) ++server.shares;
   }
   std::vector<Server> servers;
+  servers.reserve(byFirst.size());
   for (const auto& [entry, server] : byFirst) servers.push_back(server);
   return servers;
 }

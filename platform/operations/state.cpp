@@ -4,10 +4,10 @@
 
 namespace host {
 
-std::optional<State> state(std::in_place);
+std::unique_ptr<State> state = std::make_unique<State>();
 
 void Reset() {
-  state.emplace();
+  state = std::make_unique<State>();
   ResetControls();
 }
 

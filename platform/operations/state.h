@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -80,7 +80,7 @@ struct State {
 };
 
 // It always holds one; Reset() makes it anew.
-extern std::optional<State> state;
+extern std::unique_ptr<State> state;
 
 }  // namespace host
 

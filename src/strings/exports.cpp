@@ -4,8 +4,14 @@ using namespace tavkit;
 
 namespace tavkit {
 
-UT_SHARED(, ByteText, CHAR)
-UT_SHARED(, WideText, WCHAR)
+template CHAR* UT_API FindChar<ByteText>(const CHAR*, WORD);
+template CHAR* UT_API FindEnd<ByteText>(const CHAR*);
+template CHAR* UT_API SkipLeadChar<ByteText>(const CHAR*, WORD);
+template BOOL UT_API CopyMakeAsciiz<ByteText>(LPCVOID, DWORD, CHAR*, DWORD);
+template WCHAR* UT_API FindChar<WideText>(const WCHAR*, WORD);
+template WCHAR* UT_API FindEnd<WideText>(const WCHAR*);
+template WCHAR* UT_API SkipLeadChar<WideText>(const WCHAR*, WORD);
+template BOOL UT_API CopyMakeAsciiz<WideText>(LPCVOID, DWORD, WCHAR*, DWORD);
 
 }  // namespace tavkit
 

@@ -136,13 +136,14 @@ template <class Text>
 [[gnu::noinline]] BOOL UT_API CopyMakeAsciiz(LPCVOID pSource, DWORD cbSource, Char<Text>* pszDest,
                                              DWORD cbDest);
 
-#define UT_SHARED(instantiation, Text, Char)                                 \
-  instantiation template Char* UT_API FindChar<Text>(const Char*, WORD);     \
-  instantiation template Char* UT_API FindEnd<Text>(const Char*);            \
-  instantiation template Char* UT_API SkipLeadChar<Text>(const Char*, WORD); \
-  instantiation template BOOL UT_API CopyMakeAsciiz<Text>(LPCVOID, DWORD, Char*, DWORD);
-UT_SHARED(extern, ByteText, CHAR)
-UT_SHARED(extern, WideText, WCHAR)
+extern template CHAR* UT_API FindChar<ByteText>(const CHAR*, WORD);
+extern template CHAR* UT_API FindEnd<ByteText>(const CHAR*);
+extern template CHAR* UT_API SkipLeadChar<ByteText>(const CHAR*, WORD);
+extern template BOOL UT_API CopyMakeAsciiz<ByteText>(LPCVOID, DWORD, CHAR*, DWORD);
+extern template WCHAR* UT_API FindChar<WideText>(const WCHAR*, WORD);
+extern template WCHAR* UT_API FindEnd<WideText>(const WCHAR*);
+extern template WCHAR* UT_API SkipLeadChar<WideText>(const WCHAR*, WORD);
+extern template BOOL UT_API CopyMakeAsciiz<WideText>(LPCVOID, DWORD, WCHAR*, DWORD);
 
 inline DWORD ByteText::Length(const Char* psz) {
   const auto length = static_cast<DWORD>(lstrlenA(psz));
